@@ -1,0 +1,47 @@
+# The two commands a new user needs: `make run` and `make test`. Both install what is
+# missing first (Debian 12), then build.
+BUILD      ?= build
+ASAN_BUILD ?= build-asan
+JOBS       ?= $(shell nproc)
+CMAKE_ARGS ?=
+
+.PHONY: all deps build run test test-fast test-asan bench fuzz format clean
+
+all: build
+
+deps:
+	@scripts/install-deps
+
+$(BUILD)/build.ninja:
+	cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo $(CMAKE_ARGS)
+
+build: deps $(BUILD)/build.ninja
+	cmake --build $(BUILD) -j $(JOBS)
+
+run: build
+	@scripts/run-player $(BUILD)/cantovel
+
+# Every test, then every test again built with AddressSanitizer and UBSan.
+test: build
+	scripts/run-tests $(BUILD)
+	$(MAKE) --no-print-directory test-asan
+
+test-fast: build
+	scripts/run-tests $(BUILD)
+
+$(ASAN_BUILD)/build.ninja:
+	cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCANTOVEL_SANITIZE=ON \
+	  -DCANTOVEL_BENCH=OFF $(CMAKE_ARGS)
+
+test-asan: deps $(ASAN_BUILD)/build.ninja
+	cmake --build $(ASAN_BUILD) -j $(JOBS)
+	scripts/run-tests $(ASAN_BUILD)
+
+bench: build
+	@bench/run-all $(BUILD)
+
+format:
+	@git ls-files '*.cpp' '*.h' | xargs clang-format -i
+
+clean:
+	rm -rf $(BUILD) $(ASAN_BUILD)

@@ -1,0 +1,40 @@
+#include "app/Form.h"
+
+#include <QCloseEvent>
+
+#include "app/Forms.h"
+
+namespace cantovel {
+
+Form::Form(const QString& name, QWidget* parent, Qt::WindowFlags flags)
+    : QWidget(parent, flags), name_(name) {
+    setObjectName(name);
+    Forms::add(this);
+}
+
+Form::~Form() { Forms::remove(this); }
+
+bool Form::runUnload(UnloadMode mode) {
+    if (gone_) return true;
+    if (unloading_) return false;
+    unloading_ = true;
+    const bool cancelled = queryUnload(mode) || unloadEvent();
+    unloading_ = false;
+    if (cancelled) return false;
+    gone_ = true;
+    Forms::remove(this);
+    hide();
+    deleteLater();
+    return true;
+}
+
+bool Form::unload() { return runUnload(FromCode); }
+
+void Form::closeEvent(QCloseEvent* event) {
+    if (gone_ || runUnload(FromControlMenu))
+        event->accept();
+    else
+        event->ignore();
+}
+
+}  // namespace cantovel

@@ -1,0 +1,44 @@
+#pragma once
+// A window of the program. Each form registers itself in the collection of open forms
+// while it lives, and closes through the classic two steps: QueryUnload (which may
+// cancel) and Unload.
+
+#include <QString>
+#include <QWidget>
+
+namespace cantovel {
+
+class Form : public QWidget {
+    Q_OBJECT
+public:
+    // `name` is the form's name ("frmMain"), which the collection of open forms compares.
+    explicit Form(const QString& name, QWidget* parent = nullptr, Qt::WindowFlags flags = {});
+    ~Form() override;
+
+    QString formName() const { return name_; }
+
+    // Unloads the form from code: QueryUnload, Unload, then the form is gone (deleted
+    // later, and out of the collection at once). Returns false when a handler cancelled.
+    bool unload();
+    bool isUnloading() const { return unloading_; }
+
+    // Why a form is closing, as QueryUnload is told.
+    enum UnloadMode { FromControlMenu = 0, FromCode = 1, FromAppWindows = 2, FromTaskManager = 3 };
+
+protected:
+    // Return true to cancel.
+    virtual bool queryUnload(UnloadMode) { return false; }
+    // Return true to cancel.
+    virtual bool unloadEvent() { return false; }
+
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    bool runUnload(UnloadMode mode);
+
+    QString name_;
+    bool unloading_ = false;
+    bool gone_ = false;
+};
+
+}  // namespace cantovel
