@@ -3,12 +3,14 @@
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
 #include "platform/msgbox/QtMsgBox.h"
+#include "platform/registry/RegistryStore.h"
 
 namespace cantovel {
 
 void registerProductionComponents() {
     Components::provideService<MsgBox>(std::make_shared<QtMsgBox>());
     Components::provideService<Clock>(std::make_shared<QtClock>());
+    Components::provideService<Registry>(std::make_shared<RegistryStore>());
 }
 
 }  // namespace cantovel
