@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QPointer>
+#include <QScreen>
 
 #include "app/AppState.h"
 #include "app/Form.h"
@@ -158,8 +159,10 @@ TEST_F(StartupTest, SavedPositionIsUsedOnlyWithPositionOn) {
     {
         frmMain* main = start();
         EXPECT_NE(main->pos(), QPoint(100, 50));
-        closeAll();
+        closeAll();  // writes where this window stood
     }
+    SaveAppSetting("Main Window Left", "1500");
+    SaveAppSetting("Main Window Top", "750");
     SaveAppSetting("Position", "1");
     frmMain* main = start();
     const double tpp = 1440.0 / main->screen()->logicalDotsPerInchX();

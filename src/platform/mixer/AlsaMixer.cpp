@@ -13,6 +13,8 @@ Mixer& Mixer::get() { return Components::service<Mixer>(); }
 
 namespace {
 
+void quietAlsa(const char*, int, const char*, int, const char*, ...) {}
+
 // An open mixer with its master element, closed when it goes out of scope.
 struct MasterLine {
     snd_mixer_t* handle = nullptr;
@@ -22,7 +24,7 @@ struct MasterLine {
     MasterLine(const char* card, const char* element) {
         // ALSA prints its own complaints on stderr when no card is there; they are
         // expected on machines without sound and say nothing to the user.
-        snd_lib_error_set_handler([](const char*, int, const char*, int, const char*, ...) {});
+        snd_lib_error_set_handler(quietAlsa);
         if (snd_mixer_open(&handle, 0) < 0) {
             handle = nullptr;
             return;
