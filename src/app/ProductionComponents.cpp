@@ -2,6 +2,7 @@
 
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
+#include "platform/mixer/AlsaMixer.h"
 #include "platform/msgbox/QtMsgBox.h"
 #include "platform/registry/RegistryStore.h"
 
@@ -10,6 +11,7 @@ namespace cantovel {
 void registerProductionComponents() {
     Components::provideService<MsgBox>(std::make_shared<QtMsgBox>());
     Components::provideService<Clock>(std::make_shared<QtClock>());
+    Components::provideService<Mixer>(std::make_shared<AlsaMixer>());
     Components::provideService<Registry>(std::make_shared<RegistryStore>());
 }
 
