@@ -1,5 +1,6 @@
 #pragma once
 #include <QStringList>
+#include <functional>
 
 #include "platform/instance/InstanceLink.h"
 
@@ -18,6 +19,7 @@ public:
     bool execute(const QString& command, int timeoutMs, QString* error) override {
         sent << command;
         lastTimeout = timeoutMs;
+        if (onExecute) onExecute(command, timeoutMs);
         if (!failWith.isEmpty() && error) *error = failWith;
         return failWith.isEmpty();
     }
@@ -26,6 +28,8 @@ public:
     bool otherRunning = false;
     bool listening = false;
     QString failWith;
+    // Sees every command sent, also after the link is gone.
+    std::function<void(const QString&, int)> onExecute;
     QStringList sent;
     int lastTimeout = 0;
 };
