@@ -2,6 +2,7 @@
 
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
+#include "platform/dialogs/QtFileDialogs.h"
 #include "platform/msgbox/QtMsgBox.h"
 
 namespace cantovel {
@@ -9,6 +10,7 @@ namespace cantovel {
 void registerProductionComponents() {
     Components::provideService<MsgBox>(std::make_shared<QtMsgBox>());
     Components::provideService<Clock>(std::make_shared<QtClock>());
+    Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
 }
 
 }  // namespace cantovel
