@@ -4,6 +4,7 @@
 #include "platform/clock/QtClock.h"
 #include "platform/dialogs/QtFileDialogs.h"
 #include "platform/msgbox/QtMsgBox.h"
+#include "platform/shell/DesktopShell.h"
 
 namespace cantovel {
 
@@ -11,6 +12,7 @@ void registerProductionComponents() {
     Components::provideService<MsgBox>(std::make_shared<QtMsgBox>());
     Components::provideService<Clock>(std::make_shared<QtClock>());
     Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
+    Components::provideService<Shell>(std::make_shared<DesktopShell>());
 }
 
 }  // namespace cantovel
