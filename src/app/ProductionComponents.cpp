@@ -2,9 +2,11 @@
 
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
+#include "platform/dialogs/QtFileDialogs.h"
 #include "platform/mixer/AlsaMixer.h"
 #include "platform/msgbox/QtMsgBox.h"
 #include "platform/registry/RegistryStore.h"
+#include "platform/shell/DesktopShell.h"
 
 namespace cantovel {
 
@@ -13,6 +15,8 @@ void registerProductionComponents() {
     Components::provideService<Clock>(std::make_shared<QtClock>());
     Components::provideService<Mixer>(std::make_shared<AlsaMixer>());
     Components::provideService<Registry>(std::make_shared<RegistryStore>());
+    Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
+    Components::provideService<Shell>(std::make_shared<DesktopShell>());
 }
 
 }  // namespace cantovel
