@@ -18,7 +18,7 @@ void frmMain::Form_LinkExecute(const QString& command) {
     QString path = command;
     if (path.startsWith(u'"')) path.remove(0, 1);
     if (path.endsWith(u'"')) path.chop(1);
-    OpenCommandLine(path);
+    OpenHandedOver(path);
 }
 
 }  // namespace cantovel

@@ -9,15 +9,19 @@
 #include <memory>
 
 #include "app/Form.h"
+#include "app/Utilities.h"
 #include "platform/clock/Timer.h"
 #include "player/player_state.h"
 #include "skin/SkinControl.h"
 
 namespace cantovel {
 
+class CDReader;
+class MediaPlayer;
+
 class frmMain : public Form, public PlayerState {
     Q_OBJECT
-public:
+  public:
     frmMain();
     ~frmMain() override;
 
@@ -51,13 +55,141 @@ public:
     // Opens the one path given on the command line, if it names an existing file.
     void OpenCommandLine(const QString& path);
 
-public slots:
+    // ---- Opening media: the five ways a file comes in ----
+    // The open-or-stop command: frmTemp's mnuPlay reading "&Open..." opens, else stops.
+    void mnuPlay();
+    // Opens the recently used entry shown on frmTemp's mnuFileMRU(index).
+    void mnuMRU(int index);
+    // Opens the paths of the last drop, which the window's drop handling leaves in
+    // DroppedFiles, from the first to the last.
+    void Process_DROPFILES();
+    QStringList DroppedFiles;
+    // Opens a path handed over by a later start of the program (the path may not exist:
+    // the player then refuses it).
+    void OpenHandedOver(const QString& path);
+
+    // ---- Playback session ----
+    // A player has its file open, `seconds` long.
+    void OpenComplete(long seconds);
+    // Puts the window back to idle; CurrentFile is kept.
+    void PlayStopped();
+    // Plays PlayQueue(PlayIndex).
+    void Play_Start();
+    // The current queue entry has ended: on to the next.
+    void Play_Done();
+    // A player's open-state event, the same for frmTemp's MP and the queue's AM:
+    // ignored while the player is closed; else the thumb goes home, OpenComplete gets
+    // the length and Timer3 runs.
+    void MediaOpened(MediaPlayer& player);
+    // The queue player's play-state event: a change from playing to stopped is the end
+    // of the entry.
+    void AM_PlayStateChange(int oldState, int newState);
+    // Titles the queue entry PlayQueue(PlayIndex) by `Show Extension`; an index past the
+    // queue leaves the title of the file last parsed.
+    void ShowEntryTitle();
+    // Plays CurrentTrack (an index from 0) of the disc and reports its length.
+    void PlayDiscTrack(CDReader& reader);
+    // "Audio Track #" and the number of CurrentTrack counted from 1.
+    void ShowTrackTitle();
+
+    // ---- Transport ----
+    // The eight skin buttons: Seek Previous, Play, Pause, Stop, Seek Next, Open File,
+    // Mute, Help.
+    void imgButton_Click(int index);
+    void mnuStop();
+    void mnuPause();
+    void mnuPlayCurrent();
+    void mnuRunPlaylist();
+    void mnuDelete();
+    // A mouse move over the position thumb, `dx` pixels from where it was grabbed.
+    void imgPlayProgress_MouseMove(Qt::MouseButtons buttons, int dx);
+
+    // ---- Display interface: the face's painting, which the skin owns ----
+    // The position thumb; its travel runs from left 16 to 268 minus its width.
+    SkinControl imgPlayProgress{QRect(16, 119, 20, 8), QString(), QPixmap()};
+    // Sets the four title labels; nothing when the first already shows the text.
+    void Title(const QString& text);
+    QString TitleText() const;
+    // The level picture; display only.
+    void EQVolume(quint8 level);
+    // Paints a six-digit clock field: 0 elapsed, 6 length.
+    void ShowClockField(int firstCell, const QString& text);
+    // Places the thumb for a position of a length (both in seconds).
+    void ThumbFromTime(double position, double length);
+    // The time the thumb stands for, in seconds of a length.
+    double TimeFromThumb(double length) const;
+    // Writes the thumb's left and repaints it.
+    void MoveThumb(int left);
+    // What the face shows now.
+    QString titleCaption_;
+    std::array<QString, 2> clockFieldText_;  // elapsed, length
+    int eqLevel_ = 0;
+
+  public slots:
     // A command handed over by a later start of the program: "[Restore App]" or a path.
     void Form_LinkExecute(const QString& command);
 
-protected:
+  protected:
     bool queryUnload(UnloadMode mode) override;
     bool unloadEvent() override;
+
+  private:
+    // ---- Opening media ----
+    // Which way a file came in; the messages differ by it.
+    enum class OpenEntry { Dialog, CommandLine, Dde, Mru, Drop, PlayCurrent };
+    void clearLists();
+    void addToLists(const QString& path);
+    void stopAllPlayers();
+    void addToRecentFiles(const QString& path);
+    void refuseFile(const QString& path, OpenEntry entry);
+    void openAudio(const QString& path, OpenEntry entry);
+    void openVideo(const QString& path, OpenEntry entry);
+    void openVivo(const QString& path);
+    void openAudioCD(const QString& path);
+    void openPlaylist(const QString& path);
+    // The ".asf" question; Yes plays it as audio, No as video with this window hidden.
+    void openAsf(const QString& path, OpenEntry entry);
+    // Starts a queue over List1: stop, PlayIndex, PlayQueue, seek menus, Play_Start, title.
+    void startQueue();
+    // The title of a path by `Show Extension`: the file name, or the base name.
+    void showFileTitle(const QString& path);
+
+    // ---- Playback session ----
+    bool wireSession();
+    void playStartOnce();
+    // Loads CurrentFile into the queue's player and starts it; shows its window for video.
+    void playInQueue(bool showWindow);
+    // A time as the digits show it: hours, minutes and seconds joined, leading zeros gone.
+    QString clockText(double seconds);
+    // Opens the CD reader and waits up to 15 seconds for a disc; false, with its
+    // message, when there is none or its directory cannot be read.
+    bool waitForDisc(CDReader& reader);
+    // The elapsed digits, read back from the thumb so both agree.
+    void paintElapsed();
+    double playerPosition();
+    void Timer1_Timer();
+    void Timer2_Timer();
+    void Timer3_Timer();
+    void CDR_Timer_Timer();
+
+    // ---- Transport ----
+    bool thumbAtRightEnd() const;
+    void rewindAtRightEnd();
+    void deleteCurrentFile();
+
+    // ---- Private session state ----
+    qint64 cdWaitStart_ = 0;            // when the last CD wait began
+    bool displayBusy_ = false;          // Timer3's tick is running
+    bool calculatingPosition_ = false;  // Timer1's tick is running
+    quint32 cdPausePosition_ = 0;       // the reader's position at pause, packed
+    TimeDigits digits_;                 // left by the last ConvertSeconds
+    bool deleteDeclined_ = false;       // the delete question was answered No
+    // A queue entry that cannot be played is passed over through Seek Next, which
+    // starts the next one; those starts run one after another, not nested.
+    bool skippingEntry_ = false;
+    bool restartPending_ = false;
+    // Connects the timers; runs as the last member is made.
+    bool sessionWired_ = wireSession();
 };
 
 }  // namespace cantovel

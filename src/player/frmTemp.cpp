@@ -1,5 +1,10 @@
 #include "player/frmTemp.h"
 
+#include "app/Forms.h"
+#include "app/Runtime.h"
+#include "platform/Components.h"
+#include "player/frmMain.h"
+
 namespace cantovel {
 
 QAction* frmTemp::item(QMenu* menu, const char* name, const QString& caption) {
@@ -28,8 +33,9 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
         mnuFileMRU[i]->setVisible(false);
     }
     mnuFile->addSeparator();
-    mnuClearCantovelMRU = item(mnuFile, "mnuClearCantovelMRU",
-                               QStringLiteral("Clear Cantovel &Most Recently Used (MRU) Files List"));
+    mnuClearCantovelMRU =
+        item(mnuFile, "mnuClearCantovelMRU",
+             QStringLiteral("Clear Cantovel &Most Recently Used (MRU) Files List"));
     mnuFile->addSeparator();
     mnuExit = item(mnuFile, "mnuExit", QStringLiteral("E&xit"));
 
@@ -48,11 +54,13 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     mnuCDtoMP3 = item(mnuConversions, "mnuCDtoMP3", QStringLiteral("Convert CD to &MP3..."));
     mnuWAVtoMP3 = item(mnuConversions, "mnuWAVtoMP3", QStringLiteral("Convert WAV to M&P3..."));
     mnuMP3toWAV = item(mnuConversions, "mnuMP3toWAV", QStringLiteral("Convert MP3 to W&AV..."));
-    mnuWAVBatch = item(mnuConversions, "mnuWAVBatch", QStringLiteral("&Batch WAV Format Converter..."));
+    mnuWAVBatch =
+        item(mnuConversions, "mnuWAVBatch", QStringLiteral("&Batch WAV Format Converter..."));
 
     mnuOptions = menu("mnuOptions", QStringLiteral("&Options"));
     mnuPreferences = item(mnuOptions, "mnuPreferences", QStringLiteral("&Preferences"));
-    mnuAssociate = item(mnuOptions, "mnuAssociate", QStringLiteral("&Associate  Supported File Types"));
+    mnuAssociate =
+        item(mnuOptions, "mnuAssociate", QStringLiteral("&Associate  Supported File Types"));
     mnuOptions->addSeparator();
     mnuMMProperties = mnuOptions->addMenu(QStringLiteral("&System Multimedia Properties"));
     mnuMMProperties->setObjectName(QStringLiteral("mnuMMProperties"));
@@ -66,7 +74,8 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     mnuWindow = menu("mnuWindow", QStringLiteral("&Window"));
     mnuCDDB = item(mnuWindow, "mnuCDDB", QStringLiteral("&CDDB Access Player"));
     mnuAdvCDPlayer = item(mnuWindow, "mnuAdvCDPlayer", QStringLiteral("&Audio CD Control Panel"));
-    mnuAdvVideoCDPlayer = item(mnuWindow, "mnuAdvVideoCDPlayer", QStringLiteral("&Video CD Player"));
+    mnuAdvVideoCDPlayer =
+        item(mnuWindow, "mnuAdvVideoCDPlayer", QStringLiteral("&Video CD Player"));
     mnuWindow->addSeparator();
     mnuRollup = item(mnuWindow, "mnuRollup", QStringLiteral("&Roll Up"));
     mnuMinTray = item(mnuWindow, "mnuMinTray", QStringLiteral("Minimize to System &Tray"));
@@ -75,7 +84,8 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     mnuHelpFile = item(mnuHelp, "mnuHelpFile", QStringLiteral("&Help Topics"));
     mnuHelp->addSeparator();
     mnuMailBrightfen = item(mnuHelp, "mnuMailBrightfen", QStringLiteral("&E-mail Brightfen"));
-    mnuVisitBrightfen = item(mnuHelp, "mnuVisitBrightfen", QStringLiteral("&Visit Brightfen on the Web"));
+    mnuVisitBrightfen =
+        item(mnuHelp, "mnuVisitBrightfen", QStringLiteral("&Visit Brightfen on the Web"));
     mnuSites = mnuHelp->addMenu(QStringLiteral("&Recommended Sites..."));
     mnuSites->setObjectName(QStringLiteral("mnuSites"));
     mnuHelp->addSeparator();
@@ -100,8 +110,31 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     mnuPreferences->setText(QStringLiteral("&Preferences\tShift+F3"));
     mnuAssociate->setText(QStringLiteral("&Associate  Supported File Types\tShift+F4"));
     popClose->setText(QStringLiteral("Close\tAlt+F4"));
+
+    // Idle until a file opens.
+    mnuPause->setEnabled(false);
+    popVidPause->setEnabled(false);
+
+    // The hidden player, at the main window's volume of the moment (which its own load
+    // sets again once the volume is read).
+    MP = Components::create<MediaPlayer>();
+    if (MP) {
+        const frmMain* main = frmMain::instance();
+        const int volume = main ? main->PlayerVolume : 0;
+        MP->setVolume(int(Int(volume / 100.0 * 10000)) - 10000);
+        connect(MP.get(), &MediaPlayer::OpenStateChange, this, &frmTemp::MP_OpenStateChange);
+        connect(MP.get(), &MediaPlayer::PlayStateChange, this, &frmTemp::MP_PlayStateChange);
+    }
+    wireTransport();
 }
 
-frmTemp::~frmTemp() = default;
+frmTemp& frmTemp::get() {
+    return Forms::touch<frmTemp>();
+}
+
+frmTemp::~frmTemp() {
+    // The player may report its closing as it goes; this window no longer listens.
+    if (MP) MP->disconnect(this);
+}
 
 }  // namespace cantovel

@@ -9,14 +9,18 @@
 #include <memory>
 
 #include "app/Form.h"
+#include "platform/mediaplayer/MediaPlayer.h"
+#include "player/MruList.h"
 
 namespace cantovel {
 
 class frmTemp : public Form {
     Q_OBJECT
-public:
+  public:
     frmTemp();
     ~frmTemp() override;
+    // The window, loaded on first touch.
+    static frmTemp& get();
 
     // The six menus the main window's labels open.
     QMenu* mnuFile;
@@ -85,7 +89,34 @@ public:
     QAction* popVidPause;
     QMenu* popZoom;
 
-private:
+    // ---- Players and recent files ----
+    // The hidden audio player; null when no player is provided.
+    std::unique_ptr<MediaPlayer> MP;
+    // The recently used media files, set up by the main window's load; may be null.
+    std::unique_ptr<MruList> MRU;
+
+  public slots:
+    // ---- Transport menu handlers: they forward to the main window ----
+    void mnuPlay_Click();
+    // A user stop: no loop follows it.
+    void mnuStop_Click();
+    void mnuPause_Click();
+    void mnuPlayCurrent_Click();
+    void mnuRunPlaylist_Click();
+    void mnuDelete_Click();
+    void mnuFileMRU_Click(int index);
+    // The next and previous entry of a running queue, or track of a CD.
+    void mnuSeekNext_Click();
+    void mnuSeekPrev_Click();
+
+    // ---- MP's events ----
+    void MP_OpenStateChange(int oldState, int newState);
+    void MP_PlayStateChange(int oldState, int newState);
+
+  private:
+    void wireTransport();
+    void seek(int step);
+
     QAction* item(QMenu* menu, const char* name, const QString& caption);
 };
 

@@ -1,0 +1,297 @@
+// The playback session: what happens between a file being opened and the window going
+// back to idle, in single mode and in queue mode, and the timers that drive the face.
+#include <QPointer>
+
+#include "app/Forms.h"
+#include "app/Runtime.h"
+#include "app/Utilities.h"
+#include "platform/cdreader/CDReader.h"
+#include "platform/clock/Clock.h"
+#include "platform/mediaplayer/MediaPlayer.h"
+#include "platform/msgbox/MsgBox.h"
+#include "player/MediaClasses.h"
+#include "player/PlayerSettings.h"
+#include "player/PlayerWindows.h"
+#include "player/QueueView.h"
+#include "player/VideoPlayerWindow.h"
+#include "player/frmMain.h"
+#include "player/frmTemp.h"
+#include "player/frmTempCD.h"
+
+namespace cantovel {
+
+using namespace MediaClasses;
+
+namespace {
+
+// The level the face shows while something plays: it has no relation to the sound.
+quint8 randomLevel() {
+    return quint8(Int(Rnd() * 71) + 30);
+}
+
+}  // namespace
+
+bool frmMain::wireSession() {
+    connect(&Timer1, &Timer::timeout, this, &frmMain::Timer1_Timer);
+    connect(&Timer2, &Timer::timeout, this, &frmMain::Timer2_Timer);
+    connect(&Timer3, &Timer::timeout, this, &frmMain::Timer3_Timer);
+    connect(&CDR_Timer, &Timer::timeout, this, &frmMain::CDR_Timer_Timer);
+    return true;
+}
+
+QString frmMain::clockText(double seconds) {
+    ConvertSeconds(seconds, true, false, &digits_);
+    return QString::number(qint64(Val(digits_.hours + digits_.minutes + digits_.seconds)));
+}
+
+void frmMain::OpenComplete(long seconds) {
+    // The length is a 16-bit number; a longer one does not fit and leaves it as it was.
+    if (seconds >= -32768 && seconds <= 32767) TrackLength = qint16(seconds);
+    ShowClockField(6, clockText(double(seconds)));
+
+    frmTemp& t = frmTemp::get();
+    t.mnuPlay->setText(QStringLiteral("&Stop"));
+    t.popVidPlay->setText(QStringLiteral("&Stop"));
+    t.mnuPlayCurrent->setEnabled(false);
+    t.popVidPlayCurrent->setEnabled(false);
+    t.mnuPause->setEnabled(true);
+    t.popVidPause->setEnabled(true);
+
+    if (isAudioCD(extensionOf(CurrentFile))) {
+        ShowTrackTitle();
+        Timer2.setEnabled(true);
+        Timer3.setEnabled(false);
+    } else {
+        showFileTitle(CurrentFile);
+    }
+}
+
+void frmMain::PlayStopped() {
+    EQVolume(0);
+    frmTemp& t = frmTemp::get();
+    t.mnuPlay->setText(QStringLiteral("&Open..."));
+    t.popVidPlay->setText(QStringLiteral("&Play New File"));
+    t.mnuPlayCurrent->setEnabled(true);
+    t.mnuPause->setEnabled(false);
+    t.popVidPause->setEnabled(false);
+    CDR_Timer.setEnabled(false);
+    Timer1.setEnabled(false);
+    Timer2.setEnabled(false);
+    Timer3.setEnabled(false);
+    PlaylistRunning = VFalse;
+    if (QueueView* view = loadedWindow<QueueView>();
+        view && view->AM() && view->AM()->PlayState() == MediaPlayer::mpPlaying)
+        view->AM()->Stop();
+    MoveThumb(16);
+}
+
+void frmMain::MediaOpened(MediaPlayer& player) {
+    if (player.PlayState() == MediaPlayer::mpClosed) return;
+    MoveThumb(16);
+    OpenComplete(long(Int(player.SelectionEnd())));
+    Timer3.setEnabled(true);
+}
+
+void frmMain::AM_PlayStateChange(int oldState, int newState) {
+    // A stop from mnuStop passes here too; Play_Done then finds the queue off.
+    if (oldState == MediaPlayer::mpPlaying && newState == MediaPlayer::mpStopped) Play_Done();
+}
+
+// ---- The queue ----
+
+void frmMain::Play_Start() {
+    if (skippingEntry_) {
+        // Seek Next, passing over an entry, asks for the next one: the loop below starts it.
+        restartPending_ = true;
+        return;
+    }
+    // A queue with nothing playable would pass over itself for ever; once every entry
+    // has had its turn several times over, the run ends as a stop does.
+    const qsizetype limit = 4 * (PlayQueue.size() + 1);
+    for (qsizetype skips = 0;; ++skips) {
+        restartPending_ = false;
+        playStartOnce();
+        if (!restartPending_) return;
+        if (skips >= limit) {
+            mnuStop();
+            return;
+        }
+    }
+}
+
+void frmMain::playStartOnce() {
+    // An index past the queue leaves CurrentFile as it is, so that file plays again.
+    if (PlayIndex >= 0 && PlayIndex < PlayQueue.size()) CurrentFile = PlayQueue[PlayIndex];
+    const QString ext = extensionOf(CurrentFile);
+
+    if (isQueueAudio(ext)) {
+        // Sound needs no window. The queue is off during the gap so that the old
+        // player's stop is not taken for the end of the new entry; commands and timers
+        // run meanwhile.
+        unloadWindow<QueueView>();
+        PlaylistRunning = VFalse;
+        Clock::get().wait(2000);
+        playInQueue(false);
+        PlaylistRunning = VTrue;
+    } else if (isQueueVideo(ext)) {
+        PlaylistRunning = VTrue;
+        playInQueue(true);
+    } else if (isAudioCD(ext)) {
+        if (MediaPlayer* mp = frmTemp::get().MP.get()) mp->Stop();
+        if (QueueView* view = loadedWindow<QueueView>(); view && view->AM()) view->AM()->Stop();
+        CDReader* reader = Forms::touch<frmTempCD>().CDReader.get();
+        if (!reader || !waitForDisc(*reader)) return;
+        // Unlike a single CD file, no 1 is taken off: "Track05" plays index 5.
+        CurrentTrack = long(Val(ParsePathParts(CurrentFile, QStringLiteral("b")).mid(5)));
+        Timer1.setEnabled(true);
+        CDR_Timer.setEnabled(true);
+        PlayDiscTrack(*reader);
+        ShowTrackTitle();
+        PlaylistRunning = VTrue;
+    } else {
+        // Anything else is passed over.
+        skippingEntry_ = true;
+        frmTemp::get().mnuSeekNext_Click();
+        skippingEntry_ = false;
+    }
+}
+
+void frmMain::playInQueue(bool showWindow) {
+    QueueView* view = touchWindow<QueueView>();
+    if (!view) return;
+    QPointer<Form> window = formOf(view);
+    QPointer<MediaPlayer> am = view->AM();
+    if (!am) return;
+    am->setFileName(CurrentFile);
+    // The queue's player starts as soon as it has the file.
+    if (am) am->Play();
+    if (showWindow && window) window->show();
+}
+
+void frmMain::Play_Done() {
+    if (!PlaylistRunning) return;
+    if (!PlayerSettings::audioRandomize()) {
+        ++PlayIndex;
+        if (PlayIndex > PlayQueue.size() - 1) {
+            if (!PlayerSettings::playlistLoop()) {
+                mnuStop();
+                return;
+            }
+            PlayIndex = 0;
+        }
+    } else {
+        // From 1 to the count: the first entry is never picked, and the count lies past
+        // the queue, which replays what plays now.
+        Randomize();
+        PlayIndex = long(Int(double(List1.size()) * Rnd() + 1));
+    }
+    if (PlaylistRunning) {
+        Play_Start();
+        ShowEntryTitle();
+    }
+}
+
+void frmMain::ShowEntryTitle() {
+    if (PlayIndex >= 0 && PlayIndex < PlayQueue.size())
+        ParsePathParts(PlayQueue[PlayIndex], QStringLiteral("f"));
+    const PathParts& parts = LastPathParts();
+    Title(PlayerSettings::showExtension() ? parts.file : parts.base);
+}
+
+// ---- Audio CD ----
+
+bool frmMain::waitForDisc(CDReader& reader) {
+    QPointer<CDReader> guard(&reader);
+    reader.Open();
+    cdWaitStart_ = Clock::get().msecs();
+    const bool ready = Clock::get().wait(15000, [&guard] { return guard && guard->DiscPresent(); });
+    if (!guard) return false;
+    if (!ready) {
+        MsgBoxShow(QStringLiteral("CD not ready (15 second timeout)."), Mb::Exclamation);
+        return false;
+    }
+    if (!reader.DirectoryRead()) {
+        MsgBoxShow(QStringLiteral("Unable to read CD directory."), Mb::Exclamation);
+        return false;
+    }
+    return true;
+}
+
+void frmMain::PlayDiscTrack(CDReader& reader) {
+    const QList<CDTrack> tracks = reader.Tracks();
+    reader.PlayAudioTrack(int(CurrentTrack));
+    const qint64 frames = CurrentTrack >= 0 && CurrentTrack < tracks.size()
+                              ? CDReader::ToFrames(tracks[CurrentTrack].Length)
+                              : 0;
+    OpenComplete(long(CInt(double(frames) / 75)));
+}
+
+void frmMain::ShowTrackTitle() {
+    Title(QStringLiteral("Audio Track #") + QString::number(CurrentTrack + 1));
+}
+
+// ---- Timers ----
+
+void frmMain::Timer1_Timer() {
+    // A poll of the hidden player whose result nothing uses.
+    calculatingPosition_ = true;
+    if (MediaPlayer* mp = frmTemp::get().MP.get()) {
+        const double length = mp->SelectionEnd() - mp->SelectionStart();
+        [[maybe_unused]] const double percent = mp->CurrentPosition() / length * 100;
+    }
+    calculatingPosition_ = false;
+}
+
+void frmMain::Timer2_Timer() {
+    EQVolume(randomLevel());
+}
+
+double frmMain::playerPosition() {
+    MediaPlayer* mp = nullptr;
+    if (PlaylistRunning) {
+        if (QueueView* view = loadedWindow<QueueView>()) mp = view->AM();
+    } else if (isVideo(extensionOf(CurrentFile))) {
+        if (VideoPlayerWindow* video = loadedWindow<VideoPlayerWindow>()) mp = video->MP();
+    } else {
+        mp = frmTemp::get().MP.get();
+    }
+    return mp ? mp->CurrentPosition() : 0.0;
+}
+
+void frmMain::paintElapsed() {
+    ShowClockField(0, clockText(TimeFromThumb(TrackLength)));
+}
+
+void frmMain::Timer3_Timer() {
+    // The end of a file is not seen here: the players' events tell it.
+    displayBusy_ = true;
+    CDR_Timer.setEnabled(false);
+    ThumbFromTime(playerPosition(), TrackLength);
+    paintElapsed();
+    EQVolume(randomLevel());
+    displayBusy_ = false;
+}
+
+void frmMain::CDR_Timer_Timer() {
+    frmTempCD* cd = Forms::find<frmTempCD>();
+    CDReader* reader = cd ? cd->CDReader.get() : nullptr;
+    if (!reader) return;
+    const QList<CDTrack> tracks = reader->Tracks();
+    const qint64 position = CDReader::ToFrames(reader->Position());
+    const qint64 start = CurrentTrack >= 0 && CurrentTrack < tracks.size()
+                             ? CDReader::ToFrames(tracks[CurrentTrack].StartPosition)
+                             : 0;
+    const double seconds = double(position - start) / 75;
+    ThumbFromTime(seconds, TrackLength);
+    paintElapsed();
+    if (seconds >= TrackLength) {
+        if (PlaylistRunning)
+            Play_Done();
+        else
+            PlayStopped();
+        Timer1.setEnabled(false);
+        CDR_Timer.setEnabled(false);
+    }
+}
+
+}  // namespace cantovel
