@@ -274,7 +274,7 @@ void frmMain::openAudio(const QString& path, OpenEntry entry) {
         OpenComplete(long(Int(mp->SelectionEnd())));
         Timer3.setEnabled(true);
     }
-    raise();
+    if (isVisible()) raise();
     addToRecentFiles(path);
     Shell::get().addRecentDocument(path);
     // The title follows when the player reports the file open.

@@ -1,0 +1,108 @@
+#pragma once
+// Fixture for scenario tests of the player core: the main window and its hidden menu
+// window on fake players, windows, dialogs, shell and virtual time.
+
+#include <QApplication>
+#include <QFile>
+#include <memory>
+#include <ostream>
+
+#include "app/Forms.h"
+#include "app/Settings.h"
+#include "platform/Components.h"
+#include "player/PlayerWindows.h"
+#include "player/frmMain.h"
+#include "player/frmTemp.h"
+#include "support/AppTest.h"
+#include "support/FakeCDReader.h"
+#include "support/FakeFileDialogs.h"
+#include "support/FakeMediaPlayer.h"
+#include "support/FakeMruList.h"
+#include "support/FakePlaylistView.h"
+#include "support/FakeQueueView.h"
+#include "support/FakeShell.h"
+#include "support/FakeVideoPlayerWindow.h"
+#include "support/FakeVivoPlayerWindow.h"
+
+// Readable values in failure messages.
+inline void PrintTo(const QString& text, std::ostream* os) {
+    *os << '"' << text.toStdString() << '"';
+}
+
+namespace cantovel::test {
+
+class PlayerTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        dialogs = std::make_shared<FakeFileDialogs>();
+        shell = std::make_shared<FakeShell>();
+        Components::provideService<FileDialogs>(dialogs);
+        Components::provideService<Shell>(shell);
+        FakeCDReader::install();
+        FakeVideoPlayerWindow::install();
+        FakeVivoPlayerWindow::install();
+        FakeQueueView::install();
+        installPlayers();
+        main = new frmMain();
+        temp = &frmTemp::get();
+        auto recent = std::make_unique<FakeMruList>();
+        mru = recent.get();
+        temp->MRU = std::move(recent);
+        if (auto* mp = dynamic_cast<FakeMediaPlayer*>(temp->MP.get())) mp->calls.clear();
+    }
+    void TearDown() override {
+        UnloadAllForms();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        AppTest::TearDown();
+    }
+
+    // The media players the windows get.
+    virtual void installPlayers() { FakeMediaPlayer::install(); }
+
+    // A file of the test's own; its content does not matter to the fakes.
+    QString file(const QString& name, const QByteArray& content = "data") {
+        const QString path = tempDir() + u'/' + name;
+        QFile f(path);
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(content);
+        return path;
+    }
+    // A file the fake players open, `seconds` long.
+    QString media(const QString& name, double seconds = 10) {
+        const QString path = file(name);
+        FakeMediaPlayer::setLength(path, seconds);
+        return path;
+    }
+    void setting(const char* name, const QString& value) {
+        SaveAppSetting(QLatin1String(name), value);
+    }
+
+    // The hidden audio player.
+    FakeMediaPlayer& MP() { return *static_cast<FakeMediaPlayer*>(temp->MP.get()); }
+    // The queue's player, when its window is loaded.
+    FakeMediaPlayer* AM() {
+        QueueView* view = loadedWindow<QueueView>();
+        return view ? static_cast<FakeMediaPlayer*>(view->AM()) : nullptr;
+    }
+    FakeVideoPlayerWindow* video() {
+        return static_cast<FakeVideoPlayerWindow*>(loadedWindow<VideoPlayerWindow>());
+    }
+    FakeVivoPlayerWindow* vivo() {
+        return static_cast<FakeVivoPlayerWindow*>(loadedWindow<VivoPlayerWindow>());
+    }
+    // Opens a file through the open dialog.
+    void openByDialog(const QString& path) {
+        dialogs->scriptFiles({path});
+        temp->mnuPlay_Click();
+    }
+    QString caption(QAction* action) const { return action->text(); }
+
+    std::shared_ptr<FakeFileDialogs> dialogs;
+    std::shared_ptr<FakeShell> shell;
+    frmMain* main = nullptr;
+    frmTemp* temp = nullptr;
+    FakeMruList* mru = nullptr;
+};
+
+}  // namespace cantovel::test

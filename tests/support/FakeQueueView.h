@@ -1,0 +1,32 @@
+#pragma once
+// The playlist video view as the player core needs it: a form whose player `AM` comes
+// from the component factory, with the duties the real window has towards the main
+// window (its player's events, and ending the queue when it closes).
+
+#include <memory>
+
+#include "app/Form.h"
+#include "platform/mediaplayer/MediaPlayer.h"
+#include "player/QueueView.h"
+
+namespace cantovel::test {
+
+class FakeQueueView : public Form, public QueueView {
+    Q_OBJECT
+  public:
+    // Makes the component factory load this window when the player touches it.
+    static void install();
+
+    FakeQueueView();
+    ~FakeQueueView() override;
+
+    MediaPlayer* AM() override { return am_.get(); }
+
+  protected:
+    bool queryUnload(UnloadMode mode) override;
+
+  private:
+    std::unique_ptr<MediaPlayer> am_;
+};
+
+}  // namespace cantovel::test
