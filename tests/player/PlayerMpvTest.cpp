@@ -1,0 +1,93 @@
+// The player core on the real libmpv player, with null audio and video outputs and
+// untimed play, on files the tests make.
+#include <gtest/gtest.h>
+
+#include "PlayerTest.h"
+#include "platform/clock/QtClock.h"
+#include "platform/mediaplayer/MpvMediaPlayer.h"
+#include "support/ScopedEnv.h"
+#include "support/TestMedia.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class PlayerMpvTest : public PlayerTest {
+  protected:
+    void installPlayers() override {
+        env.set("CANTOVEL_AO", QByteArray("null"));
+        env.set("CANTOVEL_VO", QByteArray("null"));
+        env.set("CANTOVEL_MPV_UNTIMED", QByteArray("1"));
+        // Real time: mpv works on its own threads.
+        Components::provideService<Clock>(std::make_shared<QtClock>());
+        Components::provideFactory<MediaPlayer>([this] {
+            auto player = std::make_unique<MpvMediaPlayer>();
+            MediaPlayer* p = player.get();
+            QObject::connect(p, &MediaPlayer::PlayStateChange, p, [this, p](int from, int to) {
+                if (from == MediaPlayer::mpPlaying && to == MediaPlayer::mpStopped)
+                    ended << p->fileName();
+            });
+            return player;
+        });
+    }
+    void TearDown() override {
+        PlayerTest::TearDown();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    bool waitFor(const std::function<bool()>& done, int ms = 30000) {
+        return Clock::get().wait(ms, done);
+    }
+    QString path(const QString& name) const { return tempDir() + u'/' + name; }
+
+    ScopedEnv env;
+    // Files whose play reached their end, in order.
+    QStringList ended;
+};
+
+TEST_F(PlayerMpvTest, OpenReportsTheLengthAndTheEndReturnsToIdle) {
+    const QString wav = path(QStringLiteral("Tone.wav"));
+    ASSERT_TRUE(writeToneWav(wav, 3.0));
+
+    openByDialog(wav);
+
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(main->TrackLength, 3);
+    EXPECT_EQ(main->TitleText(), QStringLiteral("Tone.wav"));
+    ASSERT_TRUE(waitFor([&] { return caption(temp->mnuPlay) == QLatin1String("&Open..."); }));
+    EXPECT_EQ(ended, QStringList{wav});
+    EXPECT_EQ(main->CurrentFile, wav);
+    EXPECT_FALSE(main->Timer3.isEnabled());
+    EXPECT_TRUE(temp->mnuPlayCurrent->isEnabled());
+}
+
+TEST_F(PlayerMpvTest, ADamagedFileGivesTheMessageAndClearsTheLists) {
+    const QString broken = path(QStringLiteral("Broken.mp3"));
+    ASSERT_TRUE(writeBytes(broken, QByteArray(4096, '\x5a')));
+    openByDialog(broken);
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"An error occurred attempting to play the current file.  The file is "
+                          "invalid, corrupt, or an unsupported format."});
+    EXPECT_TRUE(main->List1.isEmpty());
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
+}
+
+TEST_F(PlayerMpvTest, AQueueOfThreeFilesRunsThroughInOrder) {
+    const QString a = path(QStringLiteral("a.wav"));
+    const QString b = path(QStringLiteral("b.mp3"));
+    const QString c = path(QStringLiteral("c.mpa"));  // sound, but played as video
+    ASSERT_TRUE(writeToneWav(a, 0.5));
+    ASSERT_TRUE(writeToneMp3(b, 0.6));
+    ASSERT_TRUE(writeToneMp3(c, 0.7));
+    main->List1 = {a, b, c};
+
+    main->mnuRunPlaylist();
+    ASSERT_TRUE(waitFor([&] { return main->PlayQueue.isEmpty(); }));
+
+    EXPECT_EQ(ended, (QStringList{a, b, c}));
+    EXPECT_EQ(main->PlaylistRunning, VFalse);
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+}
+
+}  // namespace
