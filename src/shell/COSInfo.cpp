@@ -134,11 +134,9 @@ QString COSInfo::CurrentHardwareProfile() {
 
 // Setup's user information, where the settings store holds it; Linux asks no company.
 QString COSInfo::DefaultCompanyName() {
-    QString company;
-    MemberError::guard("DefaultCompanyName", [&] {
-        company = RegistryGetKeyValue(UserInfoKey, QStringLiteral("DefCompany"));
+    return MemberError::answer<QString>("DefaultCompanyName", [] {
+        return RegistryGetKeyValue(UserInfoKey, QStringLiteral("DefCompany"));
     });
-    return company;
 }
 
 // Setup's user information, where the settings store holds it; else the user's full name
@@ -167,10 +165,8 @@ qint64 COSInfo::DisplayColors() {
 
 // A new random identifier (QUuid), upper-case hexadecimal in braces.
 QString COSInfo::GUID() {
-    QString guid;
-    MemberError::guard("GUID",
-                       [&] { guid = QUuid::createUuid().toString(QUuid::WithBraces).toUpper(); });
-    return guid;
+    return MemberError::answer<QString>(
+        "GUID", [] { return QUuid::createUuid().toString(QUuid::WithBraces).toUpper(); });
 }
 
 // The user's locale: language and, where it names one, the country.
@@ -188,9 +184,8 @@ QString COSInfo::Language() {
 
 // Large fonts: the primary screen's logical resolution above the usual 96 dots an inch.
 bool COSInfo::LargeFonts() {
-    bool large = false;
-    MemberError::guard("LargeFonts", [&] { large = screenOrError()->logicalDotsPerInchY() > 96; });
-    return large;
+    return MemberError::answer<bool>("LargeFonts",
+                                     [] { return screenOrError()->logicalDotsPerInchY() > 96; });
 }
 
 // The kernel's build text (uname version).
@@ -220,23 +215,17 @@ QList<int> COSInfo::kernelRelease() {
 
 // The kernel release's patch number (uname release).
 qint32 COSInfo::OSBuild() {
-    qint32 n = 0;
-    MemberError::guard("OSBuild", [&] { n = kernelRelease().value(2); });
-    return n;
+    return MemberError::answer<qint32>("OSBuild", [] { return kernelRelease().value(2); });
 }
 
 // The kernel release's major number (uname release).
 qint32 COSInfo::OSMajorVersion() {
-    qint32 n = 0;
-    MemberError::guard("OSMajorVersion", [&] { n = kernelRelease().value(0); });
-    return n;
+    return MemberError::answer<qint32>("OSMajorVersion", [] { return kernelRelease().value(0); });
 }
 
 // The kernel release's minor number (uname release).
 qint32 COSInfo::OSMinorVersion() {
-    qint32 n = 0;
-    MemberError::guard("OSMinorVersion", [&] { n = kernelRelease().value(1); });
-    return n;
+    return MemberError::answer<qint32>("OSMinorVersion", [] { return kernelRelease().value(1); });
 }
 
 // Whether the session has a screen saver: the freedesktop screen saver service on the
@@ -267,10 +256,8 @@ void COSInfo::setScreenSaverTimeout(qint32) {
 
 // The folder of the system's shared libraries (where Qt itself is installed).
 QString COSInfo::SystemDirectory() {
-    QString dir;
-    MemberError::guard("SystemDirectory",
-                       [&] { dir = QLibraryInfo::path(QLibraryInfo::LibrariesPath); });
-    return dir;
+    return MemberError::answer<QString>(
+        "SystemDirectory", [] { return QLibraryInfo::path(QLibraryInfo::LibrariesPath); });
 }
 
 // A new empty file with a unique name in the temporary folder, left for the caller.
@@ -310,17 +297,14 @@ QString COSInfo::UserName() {
 
 // The prefix the operating system's programs and libraries are installed under.
 QString COSInfo::WindowsDirectory() {
-    QString dir;
-    MemberError::guard("WindowsDirectory",
-                       [&] { dir = QLibraryInfo::path(QLibraryInfo::PrefixPath); });
-    return dir;
+    return MemberError::answer<QString>(
+        "WindowsDirectory", [] { return QLibraryInfo::path(QLibraryInfo::PrefixPath); });
 }
 
 // The distribution's own name for itself (os-release, through QSysInfo).
 QString COSInfo::WindowsType() {
-    QString type;
-    MemberError::guard("WindowsType", [&] { type = QSysInfo::prettyProductName(); });
-    return type;
+    return MemberError::answer<QString>("WindowsType",
+                                        [] { return QSysInfo::prettyProductName(); });
 }
 
 // The primary screen's area left free by panels and docks; right and bottom lie just

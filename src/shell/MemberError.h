@@ -40,6 +40,14 @@ class MemberError : public std::exception {
         }
     }
 
+    // The answer of `body`, or the type's empty value when a run-time error stopped it.
+    template <class T, class Body>
+    static T answer(const char* member, Body&& body) noexcept {
+        T value{};
+        guard(member, [&] { value = body(); });
+        return value;
+    }
+
   private:
     int number_;
     QString description_;

@@ -162,7 +162,7 @@ TEST_F(InstanceLinkTest, AnInstanceThatNeverAnswersTimesOut) {
     EXPECT_EQ(error, "The running instance did not answer within 200 ms.");
 }
 
-TEST_F(InstanceLinkTest, AnInstanceThatHangsUpIsAnError) {
+TEST_F(InstanceLinkTest, AWrongAnswerIsAnError) {
     LocalInstanceLink link(dir.path());
     QLocalServer rude;
     ASSERT_TRUE(rude.listen(link.socketPath()));
@@ -198,12 +198,14 @@ TEST_F(InstanceLinkTest, ALockLeftByADeadProcessIsNoRunningInstance) {
     ASSERT_TRUE(QFileInfo::exists(link.lockPath()));
     ASSERT_TRUE(QFileInfo::exists(link.socketPath()));
     EXPECT_FALSE(link.otherInstanceRunning());
+    QString error;
+    EXPECT_FALSE(link.execute("x", Generous, &error));
+    EXPECT_EQ(error, "The running instance refused the link.");
     // The stale socket gives way to the new instance, which then serves.
     ASSERT_TRUE(link.listen());
     QStringList& received = *record(link);
     LocalInstanceLink second(dir.path());
     EXPECT_TRUE(second.otherInstanceRunning());
-    QString error;
     EXPECT_TRUE(second.execute("x", Generous, &error)) << error.toStdString();
     EXPECT_TRUE(waitUntil([&] { return received == QStringList({"x"}); }));
 }
