@@ -61,7 +61,7 @@ QString longValue(int n) {
 TEST_F(RegistryStoreTest, ValuesRoundTripThroughTheFile) {
     ASSERT_TRUE(store.createKey(HKCU, "Software\\Brightfen\\Cantovel\\Settings"));
     const QString key = "Software\\Brightfen\\Cantovel\\Settings";
-    const QString odd = "C:\\path \"quoted\"\r\nsecond line\\n; [x] =é";
+    const QString odd = "C:\\path \"quoted\"\r\nsecond line\\n; [x] =é \U0001F3B5";
     EXPECT_TRUE(store.setValue(HKCU, key, "Odd", RegValue::text(odd)));
     EXPECT_TRUE(store.setValue(HKCU, key, "", RegValue::text("default")));
     EXPECT_TRUE(store.setValue(HKCU, key, "Count", RegValue::dword(10)));

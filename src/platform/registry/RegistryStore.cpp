@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QStandardPaths>
+#include <algorithm>
 #include <cerrno>
 #include <functional>
 #include <memory>
@@ -138,6 +139,10 @@ Key* findKey(Key& root, const QString& path) {
     return k;
 }
 
+// Characters a quoted text carries as a backslash and a letter: the export syntax's own
+// two, and the line breaks, which would otherwise end the line.
+constexpr std::pair<char, char> Escapes[] = {{'\\', '\\'}, {'"', '"'}, {'\r', 'r'}, {'\n', 'n'}};
+
 // ---- parsing -------------------------------------------------------------------------
 
 int hexDigit(char c) {
@@ -231,22 +236,10 @@ class Parser {
             if (c != '\\') continue;
             out.append(s.sliced(start, pos - start));
             if (++pos >= s.size()) return false;
-            switch (s[pos]) {
-                case '\\':
-                    out.append('\\');
-                    break;
-                case '"':
-                    out.append('"');
-                    break;
-                case 'r':
-                    out.append('\r');
-                    break;
-                case 'n':
-                    out.append('\n');
-                    break;
-                default:
-                    return false;
-            }
+            const auto* e = std::find_if(std::begin(Escapes), std::end(Escapes),
+                                         [&](const auto& p) { return p.second == s[pos]; });
+            if (e == std::end(Escapes)) return false;
+            out.append(e->first);
             start = pos + 1;
         }
         return false;
@@ -324,23 +317,13 @@ class Parser {
 
 void appendQuoted(QByteArray& out, const QString& s) {
     out.append('"');
-    for (QChar c : s) {
-        switch (c.unicode()) {
-            case '\\':
-                out.append("\\\\");
-                break;
-            case '"':
-                out.append("\\\"");
-                break;
-            case '\r':
-                out.append("\\r");
-                break;
-            case '\n':
-                out.append("\\n");
-                break;
-            default:
-                out.append(QString(c).toUtf8());
-        }
+    for (char c : s.toUtf8()) {
+        const auto* e = std::find_if(std::begin(Escapes), std::end(Escapes),
+                                     [&](const auto& p) { return p.first == c; });
+        if (e == std::end(Escapes))
+            out.append(c);
+        else
+            out.append('\\').append(e->second);
     }
     out.append('"');
 }
