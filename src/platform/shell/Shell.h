@@ -8,7 +8,7 @@
 namespace cantovel {
 
 class Shell {
-public:
+  public:
     virtual ~Shell() = default;
 
     // Opens a document, folder, web address or "mailto:" address with the desktop's
@@ -20,6 +20,8 @@ public:
     virtual int start(const QString& program, const QStringList& arguments,
                       const QString& workingFolder, qint64* pid) = 0;
     virtual bool isRunning(qint64 pid) = 0;
+    // Prints a document on the default printer. Same kind of code as `open`.
+    virtual int print(const QString& path) = 0;
     // Adds a file to the desktop's recently-used documents.
     virtual void addRecentDocument(const QString& path) = 0;
     // Moves a file to the desktop's Trash; false when it could not.

@@ -1,0 +1,22 @@
+#pragma once
+#include "platform/shell/Shell.h"
+
+namespace cantovel {
+
+// The freedesktop desktop: handlers through QDesktopServices (xdg-open), programs through
+// QProcess, the XBEL recently-used list, the Trash of the trash specification.
+class DesktopShell : public Shell {
+  public:
+    int open(const QString& target) override;
+    int start(const QString& program, const QStringList& arguments, const QString& workingFolder,
+              qint64* pid) override;
+    bool isRunning(qint64 pid) override;
+    int print(const QString& path) override;
+    void addRecentDocument(const QString& path) override;
+    bool moveToTrash(const QString& path) override;
+
+    // The recently-used list of the desktop: $XDG_DATA_HOME/recently-used.xbel.
+    static QString recentListPath();
+};
+
+}  // namespace cantovel

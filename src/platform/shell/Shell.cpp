@@ -1,0 +1,11 @@
+#include "platform/shell/Shell.h"
+
+#include "platform/Components.h"
+
+namespace cantovel {
+
+Shell& Shell::get() {
+    return Components::service<Shell>();
+}
+
+}  // namespace cantovel

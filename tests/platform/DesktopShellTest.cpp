@@ -1,0 +1,222 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QDeadlineTimer>
+#include <QDesktopServices>
+#include <QDir>
+#include <QDomDocument>
+#include <QFile>
+#include <QMimeDatabase>
+#include <QTemporaryDir>
+#include <QThread>
+#include <QUrl>
+
+#include "platform/shell/DesktopShell.h"
+#include "support/ScopedEnv.h"
+
+using namespace cantovel;
+
+namespace {
+
+// Stands in for the desktop's handlers, so no real program is started.
+class UrlRecorder : public QObject {
+    Q_OBJECT
+  public:
+    QList<QUrl> urls;
+  public slots:
+    void openUrl(const QUrl& url) { urls << url; }
+};
+
+class DesktopShellTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ASSERT_TRUE(dir.isValid());
+        home = dir.filePath("home");
+        data = dir.filePath("data");
+        QDir().mkpath(home);
+        env.set("HOME", home);
+        env.set("XDG_DATA_HOME", data);
+        for (const char* scheme : {"file", "mailto", "http", "https"})
+            QDesktopServices::setUrlHandler(scheme, &recorder, "openUrl");
+    }
+    void TearDown() override {
+        for (const char* scheme : {"file", "mailto", "http", "https"})
+            QDesktopServices::unsetUrlHandler(scheme);
+    }
+    QString makeFile(const QString& name, const QByteArray& content = "x") {
+        const QString path = QDir(home).filePath(name);
+        QFile f(path);
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(content);
+        return path;
+    }
+
+    QTemporaryDir dir;
+    QString home, data;
+    test::ScopedEnv env;
+    UrlRecorder recorder;
+    DesktopShell shell;
+};
+
+// The bookmarks of the recently-used list, by href.
+QList<QDomElement> bookmarks(const QDomDocument& doc) {
+    QList<QDomElement> out;
+    for (QDomElement e = doc.documentElement().firstChildElement("bookmark"); !e.isNull();
+         e = e.nextSiblingElement("bookmark"))
+        out << e;
+    return out;
+}
+
+QDomDocument readList() {
+    QDomDocument doc;
+    QFile f(DesktopShell::recentListPath());
+    EXPECT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(doc.setContent(&f, false));
+    return doc;
+}
+
+}  // namespace
+
+TEST_F(DesktopShellTest, OpenHandsFilesAsFileUrlsAndAddressesAsTheyAre) {
+    const QString song = makeFile("my song.mp3");
+    EXPECT_EQ(shell.open(song), 42);
+    EXPECT_EQ(shell.open("mailto:"), 42);
+    EXPECT_EQ(shell.open("http://example.org/a?b=c"), 42);
+    ASSERT_EQ(recorder.urls.size(), 3);
+    EXPECT_EQ(recorder.urls[0], QUrl::fromLocalFile(song));
+    EXPECT_EQ(recorder.urls[1].scheme(), "mailto");
+    EXPECT_EQ(recorder.urls[1].toString(), "mailto:");
+    EXPECT_EQ(recorder.urls[2].toString(), "http://example.org/a?b=c");
+}
+
+TEST_F(DesktopShellTest, MissingTargetsGiveTheClassicCodes) {
+    EXPECT_EQ(shell.open(QDir(home).filePath("none.mp3")), 2);
+    EXPECT_EQ(shell.open(QDir(home).filePath("nodir/none.mp3")), 3);
+    EXPECT_EQ(shell.open(QUrl::fromLocalFile(QDir(home).filePath("none.mp3")).toString()), 2);
+    EXPECT_EQ(shell.open(""), 2);
+    EXPECT_EQ(shell.start("no-such-program-cantovel", {}, {}, nullptr), 2);
+    EXPECT_EQ(shell.start("/bin/sh", {}, QDir(home).filePath("nodir"), nullptr), 3);
+    EXPECT_EQ(shell.print(QDir(home).filePath("nodir/a.txt")), 3);
+    EXPECT_TRUE(recorder.urls.isEmpty());
+}
+
+TEST_F(DesktopShellTest, StartedProgramIsFollowedUntilItEnds) {
+    qint64 pid = 0;
+    ASSERT_EQ(shell.start("sh", {"-c", "sleep 60"}, home, &pid), 42);
+    ASSERT_GT(pid, 0);
+    EXPECT_TRUE(shell.isRunning(pid));
+    ::kill(pid_t(pid), SIGKILL);
+    QDeadlineTimer deadline(20000);
+    while (shell.isRunning(pid) && !deadline.hasExpired()) QThread::msleep(10);
+    EXPECT_FALSE(shell.isRunning(pid));
+    EXPECT_FALSE(shell.isRunning(0));
+}
+
+TEST_F(DesktopShellTest, AZombieIsNotRunning) {
+    const pid_t child = fork();
+    if (child == 0) _exit(0);
+    ASSERT_GT(child, 0);
+    // Not reaped yet: the process is a zombie until waitpid.
+    QDeadlineTimer deadline(20000);
+    while (shell.isRunning(child) && !deadline.hasExpired()) QThread::msleep(10);
+    EXPECT_FALSE(shell.isRunning(child));
+    EXPECT_EQ(::kill(child, 0), 0);  // still there as a zombie
+    ::waitpid(child, nullptr, 0);
+    EXPECT_TRUE(shell.isRunning(::getpid()));
+}
+
+TEST_F(DesktopShellTest, RecentListKeepsOneEntryPerPathAndOthersEntries) {
+    QDir().mkpath(data);
+    QFile seed(DesktopShell::recentListPath());
+    ASSERT_TRUE(seed.open(QIODevice::WriteOnly));
+    seed.write(R"(<?xml version="1.0" encoding="UTF-8"?>
+<xbel version="1.0" xmlns:bookmark="http://www.freedesktop.org/standards/desktop-bookmarks"
+      xmlns:mime="http://www.freedesktop.org/standards/shared-mime-info">
+  <bookmark href="file:///srv/other.txt" added="2020-01-01T00:00:00Z" modified="2020-01-01T00:00:00Z" visited="2020-01-01T00:00:00Z">
+    <info><metadata owner="http://freedesktop.org"><mime:mime-type type="text/plain"/>
+      <bookmark:applications><bookmark:application name="gedit" exec="'gedit %u'" modified="2020-01-01T00:00:00Z" count="3"/></bookmark:applications>
+    </metadata></info>
+  </bookmark>
+</xbel>
+)");
+    seed.close();
+
+    const QString a = makeFile("a b.wav");
+    const QString b = makeFile("b.mp3");
+    shell.addRecentDocument(a);
+    shell.addRecentDocument(b);
+    shell.addRecentDocument(a);
+
+    const QDomDocument doc = readList();
+    const QList<QDomElement> marks = bookmarks(doc);
+    ASSERT_EQ(marks.size(), 3);
+    EXPECT_EQ(marks[0].attribute("href"), "file:///srv/other.txt");
+    EXPECT_EQ(
+        marks[0].elementsByTagName("bookmark:application").at(0).toElement().attribute("name"),
+        "gedit");
+    EXPECT_EQ(marks[1].attribute("href"), QUrl::fromLocalFile(a).toEncoded());
+    EXPECT_EQ(marks[2].attribute("href"), QUrl::fromLocalFile(b).toEncoded());
+
+    const QDomElement mine = marks[1];
+    EXPECT_FALSE(mine.attribute("added").isEmpty());
+    EXPECT_FALSE(mine.attribute("modified").isEmpty());
+    EXPECT_FALSE(mine.attribute("visited").isEmpty());
+    EXPECT_EQ(mine.elementsByTagName("mime:mime-type").at(0).toElement().attribute("type"),
+              QMimeDatabase().mimeTypeForFile(a).name());
+    const QDomNodeList apps = mine.elementsByTagName("bookmark:application");
+    ASSERT_EQ(apps.size(), 1);
+    EXPECT_EQ(apps.at(0).toElement().attribute("name"), "Cantovel");
+    EXPECT_EQ(apps.at(0).toElement().attribute("count"), "2");
+    EXPECT_FALSE(apps.at(0).toElement().attribute("exec").isEmpty());
+}
+
+TEST_F(DesktopShellTest, RecentListStartsFreshButLeavesADamagedListAlone) {
+    const QString a = makeFile("a.wav");
+    shell.addRecentDocument(a);
+    ASSERT_EQ(bookmarks(readList()).size(), 1);
+    EXPECT_EQ(QFile::permissions(DesktopShell::recentListPath()) & 0x0077, 0);
+
+    QFile f(DesktopShell::recentListPath());
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write("<xbel><bookmark");
+    f.close();
+    shell.addRecentDocument(a);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_EQ(f.readAll(), "<xbel><bookmark");
+}
+
+TEST_F(DesktopShellTest, MoveToTrashUsesTheDesktopTrash) {
+    const QString song = makeFile("gone.mp3", "data");
+    ASSERT_TRUE(shell.moveToTrash(song));
+    EXPECT_FALSE(QFile::exists(song));
+    const QString trashed = QDir(data).filePath("Trash/files/gone.mp3");
+    const QString info = QDir(data).filePath("Trash/info/gone.mp3.trashinfo");
+    ASSERT_TRUE(QFile::exists(trashed));
+    QFile f(info);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    const QByteArray text = f.readAll();
+    EXPECT_TRUE(text.startsWith("[Trash Info]"));
+    EXPECT_TRUE(text.contains("Path="));
+    EXPECT_FALSE(shell.moveToTrash(QDir(home).filePath("none")));
+}
+
+TEST_F(DesktopShellTest, NoUsableTrashLeavesTheFileInPlace) {
+    const QString song = makeFile("kept.mp3", "data");
+    // A data folder that cannot be made (its parent is a file): Qt would fall back to the
+    // working directory, which must not swallow the file.
+    const QString blocker = makeFile("blocker");
+    env.set("XDG_DATA_HOME", blocker + "/data");
+    const QString work = dir.filePath("work");
+    QDir().mkpath(work);
+    const QString before = QDir::currentPath();
+    QDir::setCurrent(work);
+    const bool moved = shell.moveToTrash(song);
+    QDir::setCurrent(before);
+    EXPECT_FALSE(moved);
+    EXPECT_TRUE(QFile::exists(song));
+    EXPECT_TRUE(QDir(work).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+}
+
+#include "DesktopShellTest.moc"
