@@ -1,8 +1,24 @@
 // Process entry only: the application object, the real components, then Sub Main.
 #include <QApplication>
+#include <QScreen>
+#include <QTimer>
 
 #include "app/ProductionComponents.h"
 #include "app/SubMain.h"
+
+namespace {
+// With CANTOVEL_SCREENSHOT set, a picture of the screen is saved once the main window is
+// up (and with CANTOVEL_SCREENSHOT_QUIT the program then ends): how `make run` shows the
+// player on a machine without a display of its own.
+void scheduleScreenshot() {
+    const QString path = qEnvironmentVariable("CANTOVEL_SCREENSHOT");
+    if (path.isEmpty()) return;
+    QTimer::singleShot(1500, [path] {
+        if (QScreen* screen = QGuiApplication::primaryScreen()) screen->grabWindow(0).save(path);
+        if (qEnvironmentVariableIsSet("CANTOVEL_SCREENSHOT_QUIT")) QApplication::quit();
+    });
+}
+}  // namespace
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
@@ -12,5 +28,6 @@ int main(int argc, char** argv) {
     cantovel::registerProductionComponents();
     const int code = cantovel::SubMain(QApplication::arguments());
     if (code >= 0) return code;
+    scheduleScreenshot();
     return QApplication::exec();
 }

@@ -1,5 +1,6 @@
 #include "app/Forms.h"
 
+#include "app/AppState.h"
 #include "app/Form.h"
 
 namespace cantovel {
@@ -27,5 +28,21 @@ void Forms::add(Form* form) {
 }
 
 void Forms::remove(Form* form) { list().removeAll(form); }
+
+bool IsFormLoaded(const QString& name) { return Forms::byName(name) != nullptr; }
+
+void UnloadOtherForms(Form* except) {
+    const QList<Form*> open = Forms::all();
+    for (auto it = open.crbegin(); it != open.crend(); ++it) {
+        QPointer<Form> f(*it);
+        if (f && f != except) f->unload();
+    }
+}
+
+void UnloadAllForms(Form* except) {
+    AppClosing = VTrue;
+    UnloadOtherForms(except);
+    if (except) except->unload();
+}
 
 }  // namespace cantovel

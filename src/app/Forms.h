@@ -34,4 +34,12 @@ public:
     static void remove(Form* form);
 };
 
+// Whether a form of that name is open (names compare in upper case).
+bool IsFormLoaded(const QString& name);
+// Unloads every open form but `except`, the last loaded first.
+void UnloadOtherForms(Form* except);
+// Sets AppClosing, unloads every open form but `except` (last loaded first), then
+// `except` itself.
+void UnloadAllForms(Form* except = nullptr);
+
 }  // namespace cantovel

@@ -1,0 +1,7 @@
+#include "app/AppState.h"
+
+namespace cantovel {
+
+VBool AppClosing = VFalse;
+
+}  // namespace cantovel

@@ -1,0 +1,108 @@
+// The main window's load and its closing: the start-up and shutdown of the application.
+#include <QApplication>
+#include <QScreen>
+
+#include "app/AppState.h"
+#include "app/Forms.h"
+#include "app/Settings.h"
+#include "app/Utilities.h"
+#include "platform/Components.h"
+#include "platform/clock/Clock.h"
+#include "platform/mixer/Mixer.h"
+#include "player/frmMain.h"
+#include "player/frmTemp.h"
+
+namespace cantovel {
+
+namespace {
+// Window positions are kept in twips, 1440 to the logical inch, as they always were.
+double twipsPerPixel(const QWidget* w) {
+    const QScreen* screen = w->screen() ? w->screen() : QGuiApplication::primaryScreen();
+    const double dpi = screen ? screen->logicalDotsPerInchX() : 96.0;
+    return 1440.0 / (dpi > 0 ? dpi : 96.0);
+}
+}  // namespace
+
+frmMain::frmMain() : Form(QStringLiteral("frmMain")) {}
+
+frmMain::~frmMain() = default;
+
+frmMain* frmMain::instance() { return Forms::find<frmMain>(); }
+
+void frmMain::Form_Load(const QString& commandLine) {
+    // 1. No caption, no frame: the skin draws everything.
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+    setWindowTitle(QString::fromLatin1(AppTitle));
+
+    // 2.
+    AppClosing = VFalse;
+
+    // 4. The first touch of frmTemp loads it.
+    frmTemp& temp = Forms::touch<frmTemp>();
+    temp.mnuExit->setText(QStringLiteral("E&xit\tAlt+F4"));
+
+    // 5. The fixed face.
+    setFixedSize(300, 175);
+
+    // 6.
+    LoadSkin(ReadAppSetting(QStringLiteral("SkinPath"), QString()));
+
+    // 7.
+    for (int i = 0; i < 18; ++i)
+        imgTime[i].toolTip = i < 6    ? QStringLiteral("Track Time")
+                             : i < 12 ? QStringLiteral("Track Length")
+                             : i < 15 ? QStringLiteral("Cantovel Volume")
+                                      : QStringLiteral("Master Volume");
+
+    // 8. The saved position only when asked for.
+    if (Val(ReadAppSetting(QStringLiteral("Position"), QStringLiteral("0"))) == 1) {
+        const double tpp = twipsPerPixel(this);
+        const int top = int(Val(ReadAppSetting(QStringLiteral("Main Window Top"), QStringLiteral("450"))) / tpp);
+        const int left = int(Val(ReadAppSetting(QStringLiteral("Main Window Left"), QStringLiteral("1380"))) / tpp);
+        move(left, top);
+    }
+
+    // 9. The player's volume from the settings, the master volume from the mixer.
+    PlayerVolume = quint8(Val(ReadAppSetting(QStringLiteral("Volume"), QStringLiteral("100"))));
+    MasterVolume = quint8(Mixer::get().GetMasterVolume());  // no mixer: -1, kept as 255
+    SaveAppSetting(QStringLiteral("Master Volume"), QString::number(MasterVolume));
+    PaintVolumes();
+
+    // 10. Dropped files reach the window.
+    setAcceptDrops(true);
+
+    // 11.
+    show();
+    Clock::get().doEvents();
+
+    // 13.
+    Mixer::get().SetMasterVolume(MasterVolume);
+
+    // 17. One path, quotes allowed; nothing happens for an empty or missing one.
+    QString path = commandLine.trimmed();
+    if (path.startsWith(u'"')) path.remove(0, 1);
+    if (path.endsWith(u'"')) path.chop(1);
+    if (!path.isEmpty() && FileExists(path)) OpenCommandLine(path);
+
+    // 18.
+    StillLoading = false;
+}
+
+bool frmMain::queryUnload(UnloadMode) {
+    SaveAppSetting(QStringLiteral("Playlist Visible"), CStr(IsFormLoaded(QStringLiteral("frmPlaylist"))));
+    // The position is saved whatever Position says.
+    const double tpp = twipsPerPixel(this);
+    SaveAppSetting(QStringLiteral("Main Window Top"), QString::number(qRound(y() * tpp)));
+    SaveAppSetting(QStringLiteral("Main Window Left"), QString::number(qRound(x() * tpp)));
+    setAcceptDrops(false);
+    return false;
+}
+
+bool frmMain::unloadEvent() {
+    AppClosing = VTrue;
+    UnloadOtherForms(this);
+    QCoreApplication::quit();
+    return false;
+}
+
+}  // namespace cantovel

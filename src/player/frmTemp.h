@@ -1,0 +1,92 @@
+#pragma once
+// The hidden window that holds every menu of the main window, and the audio player `MP`.
+// The skin's labels and buttons only forward to these menu items, so each command has
+// one implementation however it is given.
+
+#include <QAction>
+#include <QMenu>
+#include <array>
+#include <memory>
+
+#include "app/Form.h"
+
+namespace cantovel {
+
+class frmTemp : public Form {
+    Q_OBJECT
+public:
+    frmTemp();
+    ~frmTemp() override;
+
+    // The six menus the main window's labels open.
+    QMenu* mnuFile;
+    QMenu* mnuPlayback;
+    QMenu* mnuConversions;
+    QMenu* mnuOptions;
+    QMenu* mnuWindow;
+    QMenu* mnuHelp;
+
+    // File
+    QAction* mnuPlay;
+    QAction* mnuPlayCurrent;
+    QAction* mnuPlaylist;
+    QAction* mnuMP3Info;
+    QAction* mnuDelete;
+    std::array<QAction*, 5> mnuFileMRU{};
+    QAction* mnuClearCantovelMRU;
+    QAction* mnuExit;
+    // Playback
+    QAction* mnuPause;
+    QAction* mnuStop;
+    QAction* mnuSeekPrev;
+    QAction* mnuSeekNext;
+    QAction* mnuRunPlaylist;
+    QAction* mnuMute;
+    // Conversions
+    QAction* mnuCDtoWAV;
+    QAction* mnuCDtoMP3;
+    QAction* mnuWAVtoMP3;
+    QAction* mnuMP3toWAV;
+    QAction* mnuWAVBatch;
+    // Options
+    QAction* mnuPreferences;
+    QAction* mnuAssociate;
+    QMenu* mnuMMProperties;
+    QAction* mnuMMAllProperties;
+    QAction* mnuMMAudioProperties;
+    QAction* mnuMMVideoProperties;
+    QAction* mnuMMMIDIProperties;
+    QAction* mnuMMCDProperties;
+    QAction* mnuStartSS;
+    // Window
+    QAction* mnuCDDB;
+    QAction* mnuAdvCDPlayer;
+    QAction* mnuAdvVideoCDPlayer;
+    QAction* mnuRollup;
+    QAction* mnuMinTray;
+    // Help
+    QAction* mnuHelpFile;
+    QAction* mnuMailBrightfen;
+    QAction* mnuVisitBrightfen;
+    QMenu* mnuSites;
+    QAction* mnuDisclaimer;
+    QAction* mnuAbout;
+
+    // The main window's system menu.
+    QMenu* mnuSysMenu;
+    QAction* popRestore;
+    QAction* popMinimize;
+    QAction* popClose;
+
+    // The video pop-up of the video player.
+    QMenu* popVideo;
+    QAction* popVidPlay;
+    QAction* popVidPlayCurrent;
+    QAction* popVidPause;
+    QMenu* popZoom;
+
+private:
+    QAction* item(QMenu* menu, const char* name, const QString& caption);
+};
+
+}  // namespace cantovel

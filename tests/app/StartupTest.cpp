@@ -1,0 +1,197 @@
+// Start-up and shutdown of the application: the single-instance decision, the main
+// window's load and its closing.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QPointer>
+#include <QScreen>
+
+#include "app/AppState.h"
+#include "app/Form.h"
+#include "app/Forms.h"
+#include "app/Settings.h"
+#include "app/SubMain.h"
+#include "platform/Components.h"
+#include "player/frmMain.h"
+#include "player/frmTemp.h"
+#include "support/AppTest.h"
+#include "support/FakeInstanceLink.h"
+#include "support/FakeMixer.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class StartupTest : public AppTest {
+protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        mixer = std::make_shared<FakeMixer>();
+        Components::provideService<Mixer>(mixer);
+        Components::provideFactory<InstanceLink>([this] {
+            auto l = std::make_unique<FakeInstanceLink>();
+            l->otherRunning = otherRunning;
+            l->failWith = linkError;
+            l->onExecute = [this](const QString& c, int t) {
+                sent << c;
+                sentTimeout = t;
+            };
+            lastLink = l.get();
+            return l;
+        });
+    }
+    void TearDown() override {
+        closeAll();
+        AppTest::TearDown();
+    }
+    static void closeAll() {
+        UnloadAllForms();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    frmMain* start(const QString& arg = {}) {
+        QStringList args{QStringLiteral("cantovel")};
+        if (!arg.isEmpty()) args << arg;
+        EXPECT_EQ(SubMain(args), -1);
+        return frmMain::instance();
+    }
+
+    std::shared_ptr<FakeMixer> mixer;
+    bool otherRunning = false;
+    QString linkError;
+    FakeInstanceLink* lastLink = nullptr;  // gone once a second start ends
+    QStringList sent;
+    int sentTimeout = 0;
+};
+
+// Records the order in which forms unload.
+class Recorder : public Form {
+public:
+    Recorder(const QString& name, QStringList* log) : Form(name), log_(log) {}
+
+protected:
+    bool unloadEvent() override {
+        *log_ << formName();
+        return false;
+    }
+
+private:
+    QStringList* log_;
+};
+
+}  // namespace
+
+TEST_F(StartupTest, SecondStartRestoresTheFirstAndEnds) {
+    otherRunning = true;
+    EXPECT_EQ(SubMain({QStringLiteral("cantovel"), QStringLiteral("/some/file.mp3")}), 0);
+    EXPECT_EQ(sent, QStringList{QStringLiteral("[Restore App]")});
+    EXPECT_EQ(sentTimeout, 200);
+    EXPECT_EQ(frmMain::instance(), nullptr);
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+}
+
+TEST_F(StartupTest, FailedLinkSaysSoAndStillEnds) {
+    otherRunning = true;
+    linkError = QStringLiteral("the running instance did not answer");
+    EXPECT_EQ(SubMain({QStringLiteral("cantovel")}), 0);
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(msgBox().shown[0].text,
+              "An error occurred attempting to communicate with Cantovel: the running instance "
+              "did not answer");
+    EXPECT_EQ(frmMain::instance(), nullptr);
+}
+
+TEST_F(StartupTest, FirstStartLoadsTheCaptionlessWindowWithDefaultsAndNoMessage) {
+    frmMain* main = start();
+    ASSERT_TRUE(main);
+    EXPECT_TRUE(lastLink->listening);
+    EXPECT_EQ(main->size(), QSize(300, 175));
+    EXPECT_TRUE(main->windowFlags() & Qt::FramelessWindowHint);
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_FALSE(main->StillLoading);
+    EXPECT_EQ(AppClosing, VFalse);
+    // Missing settings give every default, silently.
+    EXPECT_EQ(main->PlayerVolume, 100);
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    // frmTemp came with the first touch, with the captions its load and ours set.
+    auto* temp = Forms::find<frmTemp>();
+    ASSERT_TRUE(temp);
+    EXPECT_EQ(temp->mnuExit->text(), "E&xit\tAlt+F4");
+    EXPECT_EQ(temp->mnuAssociate->text(), "&Associate  Supported File Types\tShift+F4");
+    EXPECT_EQ(temp->popClose->text(), "Close\tAlt+F4");
+    EXPECT_EQ(main->imgTime[0].toolTip, "Track Time");
+    EXPECT_EQ(main->imgTime[11].toolTip, "Track Length");
+    EXPECT_EQ(main->imgTime[14].toolTip, "Cantovel Volume");
+    EXPECT_EQ(main->imgTime[15].toolTip, "Master Volume");
+    for (auto* t : {&main->Timer1, &main->Timer2, &main->Timer3, &main->CDR_Timer, &main->tmrVolume})
+        EXPECT_FALSE(t->isEnabled());
+}
+
+TEST_F(StartupTest, VolumesComeFromTheSettingAndTheMixer) {
+    SaveAppSetting("Volume", "37");
+    mixer->volume = 64;
+    frmMain* main = start();
+    EXPECT_EQ(main->PlayerVolume, 37);
+    EXPECT_EQ(main->MasterVolume, 64);
+    EXPECT_EQ(ReadAppSetting("Master Volume", "x"), "64");
+}
+
+TEST_F(StartupTest, NoMixerKeepsMasterVolume255AndSaysNothing) {
+    mixer->present = false;
+    frmMain* main = start();
+    EXPECT_EQ(main->MasterVolume, 255);
+    EXPECT_EQ(ReadAppSetting("Master Volume", "x"), "255");
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+}
+
+TEST_F(StartupTest, ClosingWritesThePositionEvenWithPositionOff) {
+    frmMain* main = start();
+    main->move(40, 20);
+    const QPoint at = main->pos();
+    ASSERT_TRUE(main->unload());
+    const double tpp = 1440.0 / main->screen()->logicalDotsPerInchX();
+    EXPECT_EQ(ReadAppSetting("Main Window Left", "x"), QString::number(qRound(at.x() * tpp)));
+    EXPECT_EQ(ReadAppSetting("Main Window Top", "x"), QString::number(qRound(at.y() * tpp)));
+    EXPECT_EQ(ReadAppSetting("Playlist Visible", "x"), "False");
+    EXPECT_EQ(AppClosing, VTrue);
+    EXPECT_FALSE(IsFormLoaded("frmMain"));
+    EXPECT_FALSE(IsFormLoaded("FRMTEMP"));
+}
+
+TEST_F(StartupTest, SavedPositionIsUsedOnlyWithPositionOn) {
+    SaveAppSetting("Main Window Left", "1500");
+    SaveAppSetting("Main Window Top", "750");
+    {
+        frmMain* main = start();
+        EXPECT_NE(main->pos(), QPoint(100, 50));
+        closeAll();  // writes where this window stood
+    }
+    SaveAppSetting("Main Window Left", "1500");
+    SaveAppSetting("Main Window Top", "750");
+    SaveAppSetting("Position", "1");
+    frmMain* main = start();
+    const double tpp = 1440.0 / main->screen()->logicalDotsPerInchX();
+    EXPECT_EQ(main->pos(), QPoint(int(1500 / tpp), int(750 / tpp)));
+}
+
+TEST_F(StartupTest, UnloadClosesEveryOtherFormLastFirst) {
+    QStringList log;
+    frmMain* main = start();
+    new Recorder("frmFirst", &log);
+    new Recorder("frmSecond", &log);
+    ASSERT_TRUE(main->unload());
+    EXPECT_EQ(log, (QStringList{"frmSecond", "frmFirst"}));
+    EXPECT_EQ(Forms::count(), 0);
+}
+
+TEST_F(StartupTest, RestoreCommandBringsBackAMinimisedWindow) {
+    frmMain* main = start();
+    main->showMinimized();
+    lastLink->deliver("[Restore App]");
+    EXPECT_FALSE(main->isMinimized());
+}
+
+TEST_F(StartupTest, CommandLinePathWithBlanksIsOnePath) {
+    EXPECT_EQ(CommandLineOf({"cantovel", "/music/my", "song.mp3"}), "/music/my song.mp3");
+    EXPECT_EQ(CommandLineOf({"cantovel"}), "");
+}

@@ -1,0 +1,44 @@
+#pragma once
+// Base fixture for tests that run the program's logic: each test gets its own
+// configuration, data and runtime folders (so the settings store and the instance link
+// start empty), and fakes for message boxes and time. Components are cleared afterwards.
+
+#include <gtest/gtest.h>
+
+#include <QByteArray>
+#include <QDir>
+#include <QList>
+#include <QString>
+#include <QTemporaryDir>
+#include <memory>
+#include <optional>
+
+#include "platform/registry/RegistryStore.h"
+#include "support/FakeClock.h"
+#include "support/FakeMsgBox.h"
+#include "support/QtPrinters.h"
+
+namespace cantovel::test {
+
+class AppTest : public ::testing::Test {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    FakeMsgBox& msgBox() { return *msgBox_; }
+    FakeClock& clock() { return *clock_; }
+    RegistryStore& registry() { return *registry_; }
+    // A fresh folder for the test's own files.
+    QString tempDir() const { return root_.path() + QStringLiteral("/files"); }
+
+  private:
+    void pointEnv(const char* name, const QString& folder);
+
+    QTemporaryDir root_{QDir::tempPath() + QStringLiteral("/cantovel-test-XXXXXX")};
+    QList<std::pair<QByteArray, std::optional<QByteArray>>> savedEnv_;
+    std::shared_ptr<FakeMsgBox> msgBox_;
+    std::shared_ptr<FakeClock> clock_;
+    std::shared_ptr<RegistryStore> registry_;
+};
+
+}  // namespace cantovel::test
