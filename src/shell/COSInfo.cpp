@@ -61,8 +61,7 @@ QString COSInfo::RegistryGetKeyValue(const QString& key, const QString& name) {
     QString value;
     MemberError::guard("RegistryGetKeyValue", [&] {
         if (!Components::hasService<Registry>()) return;
-        const auto stored =
-            Components::service<Registry>().queryValue(RegRoot::CurrentUser, key, name);
+        const auto stored = Registry::get().queryValue(RegRoot::CurrentUser, key, name);
         if (!stored) return;
         if (stored->type == REG_DWORD && stored->data.size() >= 4) {
             quint32 n = 0;

@@ -8,48 +8,17 @@
 #include <QScreen>
 #include <QSysInfo>
 #include <QTemporaryDir>
-#include <memory>
 
-#include "platform/Components.h"
-#include "platform/registry/Registry.h"
 #include "shell/COSInfo.h"
-#include "support/FakeMsgBox.h"
+#include "support/AppTest.h"
 #include "support/ScopedEnv.h"
 
 using namespace cantovel;
 
 namespace {
 
-// A store holding a few values of one key, enough for the user information.
-class OneKeyRegistry : public Registry {
-  public:
-    QHash<QString, RegValue> values;
-    QString key;
-    bool keyExists(RegRoot, const QString& k) override { return k == key; }
-    bool createKey(RegRoot, const QString&) override { return false; }
-    std::optional<RegValue> queryValue(RegRoot root, const QString& k,
-                                       const QString& name) override {
-        if (root != RegRoot::CurrentUser || k != key || !values.contains(name)) return {};
-        return values.value(name);
-    }
-    bool setValue(RegRoot, const QString&, const QString&, const RegValue&) override {
-        return false;
-    }
-    bool deleteValue(RegRoot, const QString&, const QString&) override { return false; }
-    bool deleteKey(RegRoot, const QString&) override { return false; }
-    QStringList subKeys(RegRoot, const QString&) override { return {}; }
-    QStringList valueNames(RegRoot, const QString&) override { return values.keys(); }
-};
-
-RegValue text(const QByteArray& s) {
-    return {REG_SZ, s + '\0'};
-}
-
-class OSInfoTest : public ::testing::Test {
+class OSInfoTest : public test::AppTest {
   protected:
-    void SetUp() override { Components::provideService<MsgBox>(boxes); }
-    void TearDown() override { Components::clear(); }
-    std::shared_ptr<test::FakeMsgBox> boxes = std::make_shared<test::FakeMsgBox>();
     COSInfo info;
 };
 
@@ -104,27 +73,26 @@ TEST_F(OSInfoTest, MachineAnswersComeFromTheSystem) {
     info.LargeFonts();
     info.ScreenSaverActive();
     info.ScreenSaverTimeout();
-    EXPECT_TRUE(boxes->shown.isEmpty());
+    EXPECT_TRUE(msgBox().shown.isEmpty());
 }
 
 TEST_F(OSInfoTest, UserInformationComesFromTheStoreWhenItHasIt) {
-    auto store = std::make_shared<OneKeyRegistry>();
-    store->key = "Software\\Microsoft\\MS Setup (ACME)\\User Info";
-    store->values.insert("DefName", text("Ada Lovelace"));
-    store->values.insert("DefCompany", {REG_DWORD, QByteArray("\x05\x01\x00\x00", 4)});
-    Components::provideService<Registry>(store);
+    const QString key = "Software\\Microsoft\\MS Setup (ACME)\\User Info";
+    ASSERT_TRUE(registry().createKey(RegRoot::CurrentUser, key));
+    registry().setValue(RegRoot::CurrentUser, key, "DefName", RegValue::text("Ada Lovelace"));
+    registry().setValue(RegRoot::CurrentUser, key, "DefCompany", RegValue::dword(261));
     EXPECT_EQ(info.DefaultUserName(), "Ada Lovelace");
     EXPECT_EQ(info.DefaultCompanyName(), "261");
-    store->values.clear();
+    registry().deleteValue(RegRoot::CurrentUser, key, "DefCompany");
     EXPECT_EQ(info.DefaultCompanyName(), "");
 }
 
 TEST_F(OSInfoTest, WritesTheSystemCannotHonourShowTheMembersBox) {
     info.setBeep(false);
     info.setScreenSaverTimeout(60);
-    ASSERT_EQ(boxes->shown.size(), 2);
-    EXPECT_EQ(boxes->shown[0].title, "Beep");
-    EXPECT_EQ(boxes->shown[0].text, "Error: 438. Object doesn't support this property or method");
-    EXPECT_EQ(boxes->shown[1].title, "ScreenSaverTimeout");
+    ASSERT_EQ(msgBox().shown.size(), 2);
+    EXPECT_EQ(msgBox().shown[0].title, "Beep");
+    EXPECT_EQ(msgBox().shown[0].text, "Error: 438. Object doesn't support this property or method");
+    EXPECT_EQ(msgBox().shown[1].title, "ScreenSaverTimeout");
     EXPECT_TRUE(info.Beep());
 }
