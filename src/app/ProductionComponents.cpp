@@ -2,13 +2,21 @@
 
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
+#include "platform/mp3decoder/Mpg123Mp3Decoder.h"
+#include "platform/mp3encoder/LameMp3Encoder.h"
 #include "platform/msgbox/QtMsgBox.h"
+#include "platform/wavechain/QtFormatChooser.h"
+#include "platform/wavechain/SndfileWaveChain.h"
 
 namespace cantovel {
 
 void registerProductionComponents() {
     Components::provideService<MsgBox>(std::make_shared<QtMsgBox>());
     Components::provideService<Clock>(std::make_shared<QtClock>());
+    Components::provideFactory<Mp3Encoder>([] { return std::make_unique<LameMp3Encoder>(); });
+    Components::provideFactory<Mp3Decoder>([] { return std::make_unique<Mpg123Mp3Decoder>(); });
+    Components::provideFactory<WaveChain>([] { return std::make_unique<SndfileWaveChain>(); });
+    Components::provideFactory<FormatChooser>([] { return std::make_unique<QtFormatChooser>(); });
 }
 
 }  // namespace cantovel

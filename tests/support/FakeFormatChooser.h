@@ -1,0 +1,39 @@
+#pragma once
+// A scripted format dialog: answers from a script, records every showing.
+
+#include <QList>
+#include <deque>
+#include <optional>
+
+#include "platform/wavechain/FormatChooser.h"
+
+namespace cantovel::test {
+
+class FakeFormatChooser : public FormatChooser {
+  public:
+    FakeFormatChooser();
+    ~FakeFormatChooser() override;
+
+    bool ChooseFormat(const QString& title, const WaveFormat& initial, QWidget* owner) override;
+
+    // The next showings choose these formats, or decline for a nothing; past the script
+    // each showing chooses the format it starts at.
+    void script(std::initializer_list<std::optional<WaveFormat>> answers) {
+        answers_.insert(answers_.end(), answers);
+    }
+
+    struct Showing {
+        QString title;
+        WaveFormat initial;
+    };
+    QList<Showing> showings;
+
+    static void install();
+    static QList<FakeFormatChooser*>& instances();
+    static FakeFormatChooser* latest();
+
+  private:
+    std::deque<std::optional<WaveFormat>> answers_;
+};
+
+}  // namespace cantovel::test
