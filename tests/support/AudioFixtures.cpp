@@ -4,11 +4,17 @@
 #include <mpg123.h>
 #include <sndfile.h>
 
+#include <dlfcn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
+
 #include <cmath>
+#include <csignal>
 #include <cstring>
 #include <vector>
 
@@ -72,6 +78,55 @@ bool writeMp3Tone(const QString& path, double seconds, int rate, int channels, i
            out.write(reinterpret_cast<const char*>(mp3.data()), bytes) == bytes;
 }
 
+bool writeMp2Tone(const QString& path, double seconds, int rate, int channels, int kbps) {
+    void* lib = ::dlopen("libtwolame.so.0", RTLD_NOW | RTLD_LOCAL);
+    if (!lib) return false;
+    using Init = void* (*)();
+    using SetInt = int (*)(void*, int);
+    using Params = int (*)(void*);
+    using Encode = int (*)(void*, const short*, int, unsigned char*, int);
+    using Flush = int (*)(void*, unsigned char*, int);
+    using Close = void (*)(void**);
+    const auto init = reinterpret_cast<Init>(::dlsym(lib, "twolame_init"));
+    const auto channelsOf = reinterpret_cast<SetInt>(::dlsym(lib, "twolame_set_num_channels"));
+    const auto inRate = reinterpret_cast<SetInt>(::dlsym(lib, "twolame_set_in_samplerate"));
+    const auto outRate = reinterpret_cast<SetInt>(::dlsym(lib, "twolame_set_out_samplerate"));
+    const auto bitrate = reinterpret_cast<SetInt>(::dlsym(lib, "twolame_set_bitrate"));
+    const auto params = reinterpret_cast<Params>(::dlsym(lib, "twolame_init_params"));
+    const auto encode = reinterpret_cast<Encode>(::dlsym(lib, "twolame_encode_buffer_interleaved"));
+    const auto flush = reinterpret_cast<Flush>(::dlsym(lib, "twolame_encode_flush"));
+    const auto close = reinterpret_cast<Close>(::dlsym(lib, "twolame_close"));
+    bool ok = false;
+    void* options =
+        init && channelsOf && inRate && outRate && bitrate && params && encode && flush && close
+            ? init()
+            : nullptr;
+    if (options) {
+        channelsOf(options, channels);
+        inRate(options, rate);
+        outRate(options, rate);
+        bitrate(options, kbps);
+        if (params(options) == 0) {
+            const qint64 frames = qint64(std::llround(seconds * rate));
+            const std::vector<float> pcm = tone(frames, rate, channels);
+            std::vector<short> pcm16(pcm.size());
+            for (size_t i = 0; i < pcm.size(); ++i) pcm16[i] = short(pcm[i] * 32767);
+            std::vector<unsigned char> mp2(size_t(frames * 2 + 16384));
+            int bytes = encode(options, pcm16.data(), int(frames), mp2.data(), int(mp2.size()));
+            if (bytes >= 0) {
+                const int tail = flush(options, mp2.data() + bytes, int(mp2.size()) - bytes);
+                bytes = tail < 0 ? tail : bytes + tail;
+            }
+            QFile out(path);
+            ok = bytes > 0 && out.open(QIODevice::WriteOnly) &&
+                 out.write(reinterpret_cast<const char*>(mp2.data()), bytes) == bytes;
+        }
+        close(&options);
+    }
+    ::dlclose(lib);
+    return ok;
+}
+
 bool truncateFile(const QString& path, qint64 bytes) {
     return QFile::resize(path, bytes);
 }
@@ -99,19 +154,44 @@ Mp3Info decodeMp3(const QString& path) {
             result.bitrateKbps = frame.bitrate;
             result.layer = frame.layer;
         }
-        std::vector<unsigned char> buffer(1 << 16);
+        // Every frame in 16-bit, whatever the stream's own encoding.
+        mpg123_format_none(h);
+        mpg123_format(h, result.rate, result.channels, MPG123_ENC_SIGNED_16);
+        std::vector<short> buffer(1 << 15);
         size_t got = 0;
-        const int bytesPerSample = mpg123_encsize(encoding) * result.channels;
+        double sumSquares = 0;
+        qint64 values = 0;
         int status;
         do {
-            status = mpg123_read(h, buffer.data(), buffer.size(), &got);
-            result.samples += qint64(got) / bytesPerSample;
+            status = mpg123_read(h, buffer.data(), buffer.size() * sizeof(short), &got);
+            const size_t n = got / sizeof(short);
+            for (size_t i = 0; i < n; ++i) sumSquares += double(buffer[i]) * buffer[i];
+            values += qint64(n);
         } while (status == MPG123_OK || status == MPG123_NEW_FORMAT);
+        result.samples = values / result.channels;
+        result.rms = values ? std::sqrt(sumSquares / double(values)) / 32768.0 : 0;
         result.ok = status == MPG123_DONE;
     }
     mpg123_close(h);
     mpg123_delete(h);
     return result;
+}
+
+int runWithFileSizeLimit(qint64 limitBytes, const std::function<int()>& body) {
+    const pid_t child = ::fork();
+    if (child < 0) return -1;
+    if (child == 0) {
+        // A write past the limit then fails with EFBIG instead of killing the process.
+        ::signal(SIGXFSZ, SIG_IGN);
+        struct rlimit limit;
+        ::getrlimit(RLIMIT_FSIZE, &limit);
+        limit.rlim_cur = rlim_t(limitBytes);
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        ::_exit(body());
+    }
+    int status = 0;
+    if (::waitpid(child, &status, 0) != child || !WIFEXITED(status)) return -1;
+    return WEXITSTATUS(status);
 }
 
 bool waitUntil(const std::function<bool()>& done, int timeoutMs) {

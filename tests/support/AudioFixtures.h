@@ -15,6 +15,10 @@ bool writeTone(const QString& path, double seconds, int rate, int channels, int 
 // Encodes `seconds` of a tone into an MP3 with LAME at `kbps` constant bit rate.
 bool writeMp3Tone(const QString& path, double seconds, int rate, int channels, int kbps);
 
+// Encodes `seconds` of a tone into MPEG layer 2 with libtwolame, when the machine has
+// that library (it is loaded at run time); false otherwise.
+bool writeMp2Tone(const QString& path, double seconds, int rate, int channels, int kbps);
+
 // Cuts a file down to `bytes`.
 bool truncateFile(const QString& path, qint64 bytes);
 
@@ -37,8 +41,14 @@ struct Mp3Info {
     qint64 samples = 0;
     int bitrateKbps = 0;
     int layer = 0;
+    // Root mean square of all samples, full scale 1.
+    double rms = 0;
 };
 Mp3Info decodeMp3(const QString& path);
+
+// Runs `body` in a forked child whose files can't grow past `limitBytes` (a write past it
+// fails as on a full disk) and returns the child's exit code, or -1 if it didn't exit.
+int runWithFileSizeLimit(qint64 limitBytes, const std::function<int()>& body);
 
 // Runs events until `done` answers true or `timeoutMs` of wall time pass; returns `done`.
 bool waitUntil(const std::function<bool()>& done, int timeoutMs = 20000);
