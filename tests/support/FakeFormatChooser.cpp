@@ -12,16 +12,13 @@ FakeFormatChooser::~FakeFormatChooser() {
     instances().removeOne(this);
 }
 
-bool FakeFormatChooser::ChooseFormat(const QString& title, const WaveFormat& initial, QWidget*) {
+std::optional<WaveFormat> FakeFormatChooser::choose(const QString& title, const WaveFormat& initial,
+                                                    QWidget*) {
     showings.append({title, initial});
-    std::optional<WaveFormat> answer = initial;
-    if (!answers_.empty()) {
-        answer = answers_.front();
-        answers_.pop_front();
-    }
-    if (!answer) return false;
-    format_ = *answer;
-    return true;
+    if (answers_.empty()) return initial;
+    std::optional<WaveFormat> answer = answers_.front();
+    answers_.pop_front();
+    return answer;
 }
 
 void FakeFormatChooser::install() {

@@ -14,8 +14,6 @@ class FakeFormatChooser : public FormatChooser {
     FakeFormatChooser();
     ~FakeFormatChooser() override;
 
-    bool ChooseFormat(const QString& title, const WaveFormat& initial, QWidget* owner) override;
-
     // The next showings choose these formats, or decline for a nothing; past the script
     // each showing chooses the format it starts at.
     void script(std::initializer_list<std::optional<WaveFormat>> answers) {
@@ -31,6 +29,10 @@ class FakeFormatChooser : public FormatChooser {
     static void install();
     static QList<FakeFormatChooser*>& instances();
     static FakeFormatChooser* latest();
+
+  protected:
+    std::optional<WaveFormat> choose(const QString& title, const WaveFormat& initial,
+                                     QWidget* owner) override;
 
   private:
     std::deque<std::optional<WaveFormat>> answers_;

@@ -3,6 +3,7 @@
 // files will hold.
 
 #include <QString>
+#include <optional>
 
 #include "platform/wavechain/WaveFormat.h"
 
@@ -16,11 +17,20 @@ class FormatChooser {
 
     // Shows the dialog titled `title`, starting at `initial`. True when the user chose a
     // format; Format() then gives it. A cancelled dialog keeps the format chosen before.
-    virtual bool ChooseFormat(const QString& title, const WaveFormat& initial = {},
-                              QWidget* owner = nullptr) = 0;
+    bool ChooseFormat(const QString& title, const WaveFormat& initial = {},
+                      QWidget* owner = nullptr) {
+        const auto chosen = choose(title, initial, owner);
+        if (chosen) format_ = *chosen;
+        return chosen.has_value();
+    }
     WaveFormat Format() const { return format_; }
 
   protected:
+    // Shows the dialog: the format chosen, or nothing when the user declined.
+    virtual std::optional<WaveFormat> choose(const QString& title, const WaveFormat& initial,
+                                             QWidget* owner) = 0;
+
+  private:
     WaveFormat format_;
 };
 

@@ -4,12 +4,11 @@
 
 namespace cantovel {
 
-bool QtFormatChooser::ChooseFormat(const QString& title, const WaveFormat& initial,
-                                   QWidget* owner) {
+std::optional<WaveFormat> QtFormatChooser::choose(const QString& title, const WaveFormat& initial,
+                                                  QWidget* owner) {
     FormatDialog dialog(title, initial, owner);
-    if (dialog.exec() != QDialog::Accepted) return false;
-    format_ = dialog.format();
-    return true;
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    return dialog.format();
 }
 
 }  // namespace cantovel

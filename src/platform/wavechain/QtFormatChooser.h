@@ -5,8 +5,9 @@ namespace cantovel {
 
 // The format chooser as a modal Qt dialog.
 class QtFormatChooser : public FormatChooser {
-  public:
-    bool ChooseFormat(const QString& title, const WaveFormat& initial, QWidget* owner) override;
+  protected:
+    std::optional<WaveFormat> choose(const QString& title, const WaveFormat& initial,
+                                     QWidget* owner) override;
 };
 
 }  // namespace cantovel
