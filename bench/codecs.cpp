@@ -101,17 +101,35 @@ double timeTool(const QString& program, const QStringList& args) {
     return code == 0 ? double(clock.nsecsElapsed()) / 1e9 : -1;
 }
 
-void report(const char* what, const char* tool, const std::vector<double>& ours,
-            const std::vector<double>& theirs, double longestPauseMs) {
-    const double o = median(ours);
-    std::printf("%-34s ours %7.3f s", what, o);
-    if (!theirs.empty() && theirs.front() >= 0) {
-        const double t = median(theirs);
-        std::printf("   %-14s %7.3f s   speed ratio %.2f", tool, t, t / o);
-    } else {
-        std::printf("   %-14s not installed", tool);
+// One comparison: our run and the tool's, alternately, `runs` times; then one line.
+struct Comparison {
+    const char* what;
+    int runs;
+    std::function<void()> start;     // starts our run
+    std::function<bool()> finished;  // our run has ended
+    const char* tool;                // as printed
+    QString program;
+    QStringList args;
+};
+
+void compare(const Comparison& c) {
+    std::vector<double> ours, theirs;
+    double pause = 0;
+    for (int i = 0; i < c.runs; ++i) {
+        const Timed t = timeOurs(c.start, c.finished);
+        ours.push_back(t.seconds);
+        pause = std::max(pause, t.longestPauseMs);
+        theirs.push_back(timeTool(c.program, c.args));
     }
-    std::printf("   longest UI pause %.1f ms\n", longestPauseMs);
+    const double o = median(ours);
+    std::printf("%-28s ours %7.3f s", c.what, o);
+    if (theirs.front() >= 0) {
+        const double t = median(theirs);
+        std::printf("   %-12s %7.3f s   speed ratio %.2f", c.tool, t, t / o);
+    } else {
+        std::printf("   %-12s not installed", c.tool);
+    }
+    std::printf("   longest UI pause %.1f ms\n", pause);
 }
 
 }  // namespace
@@ -128,72 +146,53 @@ int main(int argc, char** argv) {
     std::printf("input: %.0f s of 44.1 kHz 16-bit stereo; medians of %d (encoding) and %d runs\n\n",
                 kSeconds, kEncodeRuns, kShortRuns);
 
-    {
-        LameMp3Encoder encoder;
-        encoder.setBitrate(128000);
-        bool done = false;
-        QObject::connect(&encoder, &Mp3Encoder::EncodeDone, [&] { done = true; });
-        std::vector<double> ours, lame;
-        double pause = 0;
-        for (int i = 0; i < kEncodeRuns; ++i) {
-            const Timed t = timeOurs(
-                [&] {
-                    done = false;
-                    encoder.SetFiles(wav, mp3);
-                    encoder.Start();
-                },
-                [&] { return done; });
-            ours.push_back(t.seconds);
-            pause = std::max(pause, t.longestPauseMs);
-            lame.push_back(
-                timeTool("lame", {"--quiet", "-b", "128", wav, dir.filePath("lame.mp3")}));
-        }
-        report("WAV to MP3, 128 kbit/s", "lame -b 128", ours, lame, pause);
-    }
-    {
-        Mpg123Mp3Decoder decoder;
-        bool done = false;
-        QObject::connect(&decoder, &Mp3Decoder::DecodeDone, [&] { done = true; });
-        std::vector<double> ours, mpg123;
-        double pause = 0;
-        for (int i = 0; i < kShortRuns; ++i) {
-            const Timed t = timeOurs(
-                [&] {
-                    done = false;
-                    decoder.SetFiles(mp3, dir.filePath("decoded.wav"));
-                    decoder.StartDecode();
-                },
-                [&] { return done; });
-            ours.push_back(t.seconds);
-            pause = std::max(pause, t.longestPauseMs);
-            mpg123.push_back(timeTool("mpg123", {"-q", "-w", dir.filePath("mpg123.wav"), mp3}));
-        }
-        report("MP3 to WAV", "mpg123 -w", ours, mpg123, pause);
-    }
-    {
-        SndfileWaveChain chain;
-        bool stopped = false;
-        QObject::connect(&chain, &WaveChain::TriggerDataEnd, &chain, &WaveChain::Stop);
-        QObject::connect(&chain, &WaveChain::TriggerStopped, [&] { stopped = true; });
-        WaveFormat target;
-        target.sampleRate = 22050;
-        std::vector<double> ours, sox;
-        double pause = 0;
-        for (int i = 0; i < kShortRuns; ++i) {
-            const Timed t = timeOurs(
-                [&] {
-                    stopped = false;
-                    chain.setSrcFileName(wav);
-                    chain.setDstFileName(dir.filePath("half.wav"));
-                    chain.setTargetFormat(target);
-                    chain.Start();
-                },
-                [&] { return stopped; });
-            ours.push_back(t.seconds);
-            pause = std::max(pause, t.longestPauseMs);
-            sox.push_back(timeTool("sox", {wav, "-r", "22050", dir.filePath("sox.wav")}));
-        }
-        report("WAV 44.1 kHz to 22.05 kHz", "sox", ours, sox, pause);
-    }
+    LameMp3Encoder encoder;
+    encoder.setBitrate(128000);
+    bool encoded = false;
+    QObject::connect(&encoder, &Mp3Encoder::EncodeDone, [&] { encoded = true; });
+    compare({"WAV to MP3, 128 kbit/s",
+             kEncodeRuns,
+             [&] {
+                 encoded = false;
+                 encoder.SetFiles(wav, mp3);
+                 encoder.Start();
+             },
+             [&] { return encoded; },
+             "lame -b 128",
+             "lame",
+             {"--quiet", "-b", "128", wav, dir.filePath("lame.mp3")}});
+
+    Mpg123Mp3Decoder decoder;
+    bool decoded = false;
+    QObject::connect(&decoder, &Mp3Decoder::DecodeDone, [&] { decoded = true; });
+    compare({"MP3 to WAV",
+             kShortRuns,
+             [&] {
+                 decoded = false;
+                 decoder.SetFiles(mp3, dir.filePath("decoded.wav"));
+                 decoder.StartDecode();
+             },
+             [&] { return decoded; },
+             "mpg123 -w",
+             "mpg123",
+             {"-q", "-w", dir.filePath("mpg123.wav"), mp3}});
+
+    SndfileWaveChain chain;
+    bool stopped = false;
+    QObject::connect(&chain, &WaveChain::TriggerDataEnd, &chain, &WaveChain::Stop);
+    QObject::connect(&chain, &WaveChain::TriggerStopped, [&] { stopped = true; });
+    chain.setTargetFormat(WaveFormat{WaveFormat::Pcm16, 22050, 2});
+    compare({"WAV 44.1 kHz to 22.05 kHz",
+             kShortRuns,
+             [&] {
+                 stopped = false;
+                 chain.setSrcFileName(wav);
+                 chain.setDstFileName(dir.filePath("half.wav"));
+                 chain.Start();
+             },
+             [&] { return stopped; },
+             "sox",
+             "sox",
+             {wav, "-r", "22050", dir.filePath("sox.wav")}});
     return 0;
 }

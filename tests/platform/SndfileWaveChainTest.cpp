@@ -58,20 +58,13 @@ class SndfileWaveChainTest : public ::testing::Test {
     QTemporaryDir dir;
 };
 
-WaveFormat formatOf(WaveFormat::Encoding encoding, int rate, int channels) {
-    WaveFormat f;
-    f.encoding = encoding;
-    f.sampleRate = rate;
-    f.channels = channels;
-    return f;
-}
-
 }  // namespace
 
 TEST_F(SndfileWaveChainTest, CdQualityStereoBecomesEightKilohertzMuLawMono) {
     ASSERT_TRUE(writeTone(path("a.wav"), 3.0, 44100, 2));
     ChainUnderTest t;
-    ASSERT_TRUE(t.convert(path("a.wav"), path("out/a.wav"), formatOf(WaveFormat::MuLaw, 8000, 1)));
+    ASSERT_TRUE(
+        t.convert(path("a.wav"), path("out/a.wav"), WaveFormat(WaveFormat::MuLaw, 8000, 1)));
     EXPECT_EQ(t.events, QStringList({"started", "end", "stopped"}));
     EXPECT_EQ(t.chain->State(), 0);
     EXPECT_EQ(t.chain->SrcPosition(), t.chain->SrcLength());
@@ -92,7 +85,7 @@ class ChainEncodings : public SndfileWaveChainTest,
 TEST_P(ChainEncodings, AreWrittenAsChosen) {
     const WaveFormat::Encoding encoding = GetParam();
     const int channels = encoding == WaveFormat::Gsm610 ? 1 : 2;
-    const WaveFormat format = formatOf(encoding, 22050, channels);
+    const WaveFormat format = WaveFormat(encoding, 22050, channels);
     ASSERT_TRUE(writeTone(path("in.wav"), 1.0, 48000, 1, SF_FORMAT_WAV | SF_FORMAT_FLOAT));
     ChainUnderTest t;
     ASSERT_TRUE(t.convert(path("in.wav"), path("out.wav"), format));
@@ -110,7 +103,7 @@ INSTANTIATE_TEST_SUITE_P(All, ChainEncodings, ::testing::ValuesIn(WaveFormat::en
 TEST_F(SndfileWaveChainTest, ASourceConvertedOntoItselfIsReplacedOnlyWhenComplete) {
     ASSERT_TRUE(writeTone(path("a.wav"), 2.0, 44100, 2));
     ChainUnderTest t;
-    ASSERT_TRUE(t.convert(path("a.wav"), path("a.wav"), formatOf(WaveFormat::ALaw, 8000, 1)));
+    ASSERT_TRUE(t.convert(path("a.wav"), path("a.wav"), WaveFormat(WaveFormat::ALaw, 8000, 1)));
     SoundInfo out = readSoundInfo(path("a.wav"));
     EXPECT_EQ(out.format, SF_FORMAT_WAV | SF_FORMAT_ALAW);
     EXPECT_NEAR(out.frames, 2 * 8000, 2);
@@ -119,7 +112,7 @@ TEST_F(SndfileWaveChainTest, ASourceConvertedOntoItselfIsReplacedOnlyWhenComplet
     // A stopped run onto itself leaves the source as it was, and nothing beside it.
     ASSERT_TRUE(writeTone(path("b.wav"), 60.0, 44100, 2));
     t.events.clear();
-    t.start(path("b.wav"), path("b.wav"), formatOf(WaveFormat::Pcm8, 8000, 1));
+    t.start(path("b.wav"), path("b.wav"), WaveFormat(WaveFormat::Pcm8, 8000, 1));
     ASSERT_TRUE(waitUntil([&] { return t.chain->SrcPosition() > 0; }));
     t.chain->Stop();
     ASSERT_TRUE(t.waitFor("stopped"));
@@ -133,7 +126,7 @@ TEST_F(SndfileWaveChainTest, ASourceConvertedOntoItselfIsReplacedOnlyWhenComplet
 TEST_F(SndfileWaveChainTest, StopMidwayEndsWithoutTheEndOfDataAndKeepsWhatWasWritten) {
     ASSERT_TRUE(writeTone(path("long.wav"), 60.0, 44100, 2));
     ChainUnderTest t;
-    t.start(path("long.wav"), path("out.wav"), formatOf(WaveFormat::Pcm16, 22050, 2));
+    t.start(path("long.wav"), path("out.wav"), WaveFormat(WaveFormat::Pcm16, 22050, 2));
     EXPECT_EQ(t.chain->State(), WaveChain::StateRunning);
     ASSERT_TRUE(waitUntil([&] { return t.chain->SrcPosition() > 0; }));
     t.chain->Stop();
@@ -146,14 +139,14 @@ TEST_F(SndfileWaveChainTest, StopMidwayEndsWithoutTheEndOfDataAndKeepsWhatWasWri
 
     // A second stop raises nothing more; dropping a running chain neither hangs nor crashes.
     t.chain->Stop();
-    t.start(path("long.wav"), path("again.wav"), formatOf(WaveFormat::Pcm16, 22050, 2));
+    t.start(path("long.wav"), path("again.wav"), WaveFormat(WaveFormat::Pcm16, 22050, 2));
     t.chain.reset();
 }
 
 TEST_F(SndfileWaveChainTest, AFailedWriteRaisesTheDestinationsErrorWithTheFailureBit) {
     ASSERT_TRUE(writeTone(path("a.wav"), 1.0, 44100, 2));
     ChainUnderTest t;
-    t.start(path("a.wav"), "/dev/full", formatOf(WaveFormat::Pcm16, 44100, 2));
+    t.start(path("a.wav"), "/dev/full", WaveFormat(WaveFormat::Pcm16, 44100, 2));
     EXPECT_EQ(t.chain->lastError(), 0);
     ASSERT_TRUE(t.waitFor("error"));
     EXPECT_EQ(t.stateAtError, WaveChain::StateRunning | WaveChain::StateWriteFailed);
@@ -167,7 +160,7 @@ TEST_F(SndfileWaveChainTest, AFailedWriteRaisesTheDestinationsErrorWithTheFailur
     const QString out = path("limited.wav");
     const int code = runWithFileSizeLimit(100000, [&] {
         ChainUnderTest limited;
-        limited.start(path("big.wav"), out, formatOf(WaveFormat::Pcm16, 44100, 2));
+        limited.start(path("big.wav"), out, WaveFormat(WaveFormat::Pcm16, 44100, 2));
         if (!limited.waitFor("error")) return 2;
         return limited.stateAtError & WaveChain::StateWriteFailed ? 0 : 1;
     });
@@ -178,13 +171,13 @@ TEST_F(SndfileWaveChainTest, AFailedWriteRaisesTheDestinationsErrorWithTheFailur
 
 TEST_F(SndfileWaveChainTest, StartRaisesForWhatItCannotDoAndStartsNothing) {
     ChainUnderTest t;
-    t.start(path("missing.wav"), path("out.wav"), formatOf(WaveFormat::Pcm16, 44100, 2));
+    t.start(path("missing.wav"), path("out.wav"), WaveFormat(WaveFormat::Pcm16, 44100, 2));
     EXPECT_EQ(t.chain->lastError(), RaisedError::ErrRefused);
     EXPECT_FALSE(t.chain->lastErrorDescription().isEmpty());
     EXPECT_EQ(t.chain->State(), 0);
 
     ASSERT_TRUE(writeTone(path("a.wav"), 0.5, 44100, 2));
-    t.start(path("a.wav"), path("out.wav"), formatOf(WaveFormat::Gsm610, 8000, 2));
+    t.start(path("a.wav"), path("out.wav"), WaveFormat(WaveFormat::Gsm610, 8000, 2));
     EXPECT_EQ(t.chain->lastError(), RaisedError::ErrRefused);
     EXPECT_EQ(t.chain->State(), 0);
     EXPECT_FALSE(QFileInfo::exists(path("out.wav")));

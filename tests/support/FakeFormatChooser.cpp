@@ -1,16 +1,6 @@
 #include "support/FakeFormatChooser.h"
 
-#include "platform/Components.h"
-
 namespace cantovel::test {
-
-FakeFormatChooser::FakeFormatChooser() {
-    instances().append(this);
-}
-
-FakeFormatChooser::~FakeFormatChooser() {
-    instances().removeOne(this);
-}
 
 std::optional<WaveFormat> FakeFormatChooser::choose(const QString& title, const WaveFormat& initial,
                                                     QWidget*) {
@@ -19,19 +9,6 @@ std::optional<WaveFormat> FakeFormatChooser::choose(const QString& title, const 
     std::optional<WaveFormat> answer = answers_.front();
     answers_.pop_front();
     return answer;
-}
-
-void FakeFormatChooser::install() {
-    Components::provideFactory<FormatChooser>([] { return std::make_unique<FakeFormatChooser>(); });
-}
-
-QList<FakeFormatChooser*>& FakeFormatChooser::instances() {
-    static QList<FakeFormatChooser*> all;
-    return all;
-}
-
-FakeFormatChooser* FakeFormatChooser::latest() {
-    return instances().isEmpty() ? nullptr : instances().last();
 }
 
 }  // namespace cantovel::test

@@ -6,14 +6,13 @@
 #include <optional>
 
 #include "platform/wavechain/FormatChooser.h"
+#include "support/TrackedFake.h"
 
 namespace cantovel::test {
 
-class FakeFormatChooser : public FormatChooser {
+class FakeFormatChooser : public FormatChooser,
+                          public TrackedFake<FakeFormatChooser, FormatChooser> {
   public:
-    FakeFormatChooser();
-    ~FakeFormatChooser() override;
-
     // The next showings choose these formats, or decline for a nothing; past the script
     // each showing chooses the format it starts at.
     void script(std::initializer_list<std::optional<WaveFormat>> answers) {
@@ -25,10 +24,6 @@ class FakeFormatChooser : public FormatChooser {
         WaveFormat initial;
     };
     QList<Showing> showings;
-
-    static void install();
-    static QList<FakeFormatChooser*>& instances();
-    static FakeFormatChooser* latest();
 
   protected:
     std::optional<WaveFormat> choose(const QString& title, const WaveFormat& initial,

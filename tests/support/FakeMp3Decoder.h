@@ -5,14 +5,14 @@
 
 #include "platform/mp3decoder/Mp3Decoder.h"
 #include "support/ScriptedRun.h"
+#include "support/TrackedFake.h"
 
 namespace cantovel::test {
 
-class FakeMp3Decoder : public Mp3Decoder {
+class FakeMp3Decoder : public Mp3Decoder, public TrackedFake<FakeMp3Decoder, Mp3Decoder> {
     Q_OBJECT
   public:
     explicit FakeMp3Decoder(QObject* parent = nullptr);
-    ~FakeMp3Decoder() override;
 
     qint16 SetFiles(const QString& input, const QString& output) override;
     void StartDecode() override;
@@ -21,12 +21,6 @@ class FakeMp3Decoder : public Mp3Decoder {
     bool WriteFailed() const override { return run.writeFailed; }
 
     ScriptedRun run;
-
-    // Registers the fake as the decoder every window gets.
-    static void install();
-    // The fakes alive, oldest first, and the newest one (null if none).
-    static QList<FakeMp3Decoder*>& instances();
-    static FakeMp3Decoder* latest();
 };
 
 }  // namespace cantovel::test

@@ -3,18 +3,13 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include "platform/Components.h"
 #include "platform/clock/Timer.h"
 
 namespace cantovel::test {
 
-FakeWaveChain::FakeWaveChain(QObject* parent) : WaveChain(parent) {
-    instances().append(this);
-}
+FakeWaveChain::FakeWaveChain(QObject* parent) : WaveChain(parent) {}
 
-FakeWaveChain::~FakeWaveChain() {
-    instances().removeOne(this);
-}
+FakeWaveChain::~FakeWaveChain() = default;
 
 bool FakeWaveChain::PrepareOutput(const QString& name) {
     prepared << name;
@@ -91,19 +86,6 @@ void FakeWaveChain::failWrite() {
     halt();
     state |= StateWriteFailed;
     emit DstFileError();
-}
-
-void FakeWaveChain::install() {
-    Components::provideFactory<WaveChain>([] { return std::make_unique<FakeWaveChain>(); });
-}
-
-QList<FakeWaveChain*>& FakeWaveChain::instances() {
-    static QList<FakeWaveChain*> all;
-    return all;
-}
-
-FakeWaveChain* FakeWaveChain::latest() {
-    return instances().isEmpty() ? nullptr : instances().last();
 }
 
 }  // namespace cantovel::test

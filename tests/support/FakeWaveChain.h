@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "platform/wavechain/WaveChain.h"
+#include "support/TrackedFake.h"
 
 namespace cantovel {
 class Timer;
@@ -13,7 +14,7 @@ class Timer;
 
 namespace cantovel::test {
 
-class FakeWaveChain : public WaveChain {
+class FakeWaveChain : public WaveChain, public TrackedFake<FakeWaveChain, WaveChain> {
     Q_OBJECT
   public:
     explicit FakeWaveChain(QObject* parent = nullptr);
@@ -53,10 +54,6 @@ class FakeWaveChain : public WaveChain {
     void dataEnd();
     // Sets the failure bit and raises the destination's error.
     void failWrite();
-
-    static void install();
-    static QList<FakeWaveChain*>& instances();
-    static FakeWaveChain* latest();
 
   private:
     void halt();

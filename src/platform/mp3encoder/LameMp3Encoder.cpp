@@ -10,13 +10,12 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/wavechain/Resampler.h"
+#include "platform/wavechain/ConvertingReader.h"
 
 namespace cantovel {
 
 namespace {
 
-constexpr qint64 kBlockFrames = 8192;
 constexpr int kMpegRates[] = {8000, 11025, 12000, 16000, 22050, 24000, 32000, 44100, 48000};
 
 struct LameCloser {
@@ -126,48 +125,33 @@ void LameMp3Encoder::Start() {
 
     std::shared_ptr<AudioSource> source(std::move(source_));
     const qint32 total = frameTotal_;
-    job_.start([this, source, total, sourceRate, inRate, channels,
+    job_.start([this, source, total, inRate, channels,
                 lame = std::shared_ptr<lame_global_flags>(lame.release(), LameCloser()),
                 file](const BackgroundJob::Run& run) {
-        Resampler resampler;
-        const bool resampling = sourceRate != inRate;
-        if (resampling && !resampler.open(sourceRate, inRate, channels)) {
+        ConvertingReader reader(*source, channels, inRate);
+        if (!reader.isValid()) {
             run.report([this] { finishRun(false); });
             return;
         }
-        std::vector<float> pcm, resampled;
-        std::vector<unsigned char> mp3(size_t(kBlockFrames * 5 / 4 * 2) + 7200);
+        std::vector<unsigned char> mp3;
         qint32 reported = 0;
         const qint32 step = std::max<qint32>(1, total / 100);
         bool more = true;
         while (more) {
             if (run.stopRequested()) return;
-            const qint64 got = source->read(pcm, kBlockFrames, channels);
-            more = got > 0;
-            const float* samples = pcm.data();
-            qint64 frames = got;
-            if (resampling) {
-                resampled.clear();
-                resampler.process(more ? pcm.data() : nullptr, got, resampled);
-                samples = resampled.data();
-                frames = qint64(resampled.size()) / channels;
-            }
-            if (size_t(frames * 5 / 4 * 2 + 7200) > mp3.size())
-                mp3.resize(size_t(frames * 5 / 4 * 2) + 7200);
+            more = reader.next();
+            const qint64 frames = more ? reader.frames() : 0;
+            mp3.resize(size_t(frames * 5 / 4 * 2) + 7200);
             int bytes = 0;
             if (frames > 0) {
                 bytes =
                     channels == 2
                         ? lame_encode_buffer_interleaved_ieee_float(
-                              lame.get(), samples, int(frames), mp3.data(), int(mp3.size()))
-                        : lame_encode_buffer_ieee_float(lame.get(), samples, samples, int(frames),
-                                                        mp3.data(), int(mp3.size()));
+                              lame.get(), reader.data(), int(frames), mp3.data(), int(mp3.size()))
+                        : lame_encode_buffer_ieee_float(lame.get(), reader.data(), reader.data(),
+                                                        int(frames), mp3.data(), int(mp3.size()));
             }
-            if (!more && bytes >= 0) {
-                const int tail = lame_encode_flush(lame.get(), mp3.data() + std::max(0, bytes),
-                                                   int(mp3.size()) - std::max(0, bytes));
-                bytes = tail < 0 ? tail : bytes + tail;
-            }
+            if (!more) bytes = lame_encode_flush(lame.get(), mp3.data(), int(mp3.size()));
             if (bytes < 0 || !writeAll(file->get(), mp3.data(), bytes)) {
                 run.report([this] { finishRun(true); });
                 return;

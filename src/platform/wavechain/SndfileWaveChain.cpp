@@ -13,13 +13,11 @@
 #include <vector>
 
 #include "platform/wavechain/AudioSource.h"
-#include "platform/wavechain/Resampler.h"
+#include "platform/wavechain/ConvertingReader.h"
 
 namespace cantovel {
 
 namespace {
-
-constexpr qint64 kBlockFrames = 8192;
 
 bool sameFile(const QString& a, const QString& b) {
     struct stat sa, sb;
@@ -110,33 +108,20 @@ void SndfileWaveChain::Start() {
             run.report([this] { failWrite(); });
             return;
         }
-        const int channels = target.channels;
-        Resampler resampler;
-        const bool resampling = source->sampleRate() != target.sampleRate;
-        if (resampling && !resampler.open(source->sampleRate(), target.sampleRate, channels)) {
+        ConvertingReader reader(*source, target.channels, target.sampleRate);
+        if (!reader.isValid()) {
             run.report([this] { failWrite(); });
             return;
         }
-        std::vector<float> pcm, resampled;
-        bool more = true;
-        while (more) {
+        while (reader.next()) {
             if (run.stopRequested()) return;
-            const qint64 got = source->read(pcm, kBlockFrames, channels);
-            more = got > 0;
-            const float* samples = pcm.data();
-            qint64 frames = got;
-            if (resampling) {
-                resampled.clear();
-                resampler.process(more ? pcm.data() : nullptr, got, resampled);
-                samples = resampled.data();
-                frames = qint64(resampled.size()) / channels;
-            }
-            if (frames > 0 && sf_writef_float(dst->file, samples, frames) != frames) {
+            if (sf_writef_float(dst->file, reader.data(), reader.frames()) != reader.frames()) {
                 run.report([this] { failWrite(); });
                 return;
             }
-            position_ += got;
+            position_ = reader.sourcePosition();
         }
+        position_ = reader.sourcePosition();
         // The header's lengths are written on closing; a failure there is a failed write.
         if (!dst->close()) {
             run.report([this] { failWrite(); });
