@@ -163,6 +163,8 @@ TEST_F(LameMp3EncoderTest, ATruncatedWavRaisesTheRefusal) {
 }
 
 TEST_F(LameMp3EncoderTest, AFullDiskEndsTheRunWithTheWriteFailure) {
+    // SetFiles wants a folder it may write in.
+    if (!QFileInfo("/dev").isWritable()) GTEST_SKIP() << "/dev/full needs a writable /dev";
     ASSERT_TRUE(writeTone(path("a.wav"), 1.0, 44100, 2));
     EncoderUnderTest t;
     ASSERT_EQ(t.encoder->SetFiles(path("a.wav"), "/dev/full"), Mp3Encoder::FilesAccepted);
@@ -201,9 +203,11 @@ TEST_F(LameMp3EncoderTest, StopEndsTheRunWithoutAnEndEventAndKeepsTheOutput) {
     // A following run ends normally, and it is the only end heard.
     ASSERT_TRUE(t.encode(path("short.wav"), path("short.mp3")));
     EXPECT_EQ(t.done, 1);
-    const qint64 partial = QFileInfo(path("long.mp3")).size();
-    EXPECT_GT(partial, 0);
-    EXPECT_LT(partial, 60 * 128000 / 8);
+    // What was written before the stop still plays.
+    const Mp3Info partial = decodeMp3(path("long.mp3"));
+    EXPECT_TRUE(partial.ok);
+    EXPECT_GT(partial.samples, 0);
+    EXPECT_LT(seconds(partial), 60.0);
 
     // Dropping an encoder in the middle of a run neither hangs nor crashes.
     ASSERT_EQ(t.encoder->SetFiles(path("long.wav"), path("again.mp3")), 0);

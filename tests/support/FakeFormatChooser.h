@@ -13,6 +13,7 @@ namespace cantovel::test {
 class FakeFormatChooser : public FormatChooser,
                           public TrackedFake<FakeFormatChooser, FormatChooser> {
   public:
+    FakeFormatChooser() : TrackedFake(this) {}
     // The next showings choose these formats, or decline for a nothing; past the script
     // each showing chooses the format it starts at.
     void script(std::initializer_list<std::optional<WaveFormat>> answers) {

@@ -4,6 +4,7 @@ namespace cantovel::test {
 
 FakeMp3Decoder::FakeMp3Decoder(QObject* parent)
     : Mp3Decoder(parent),
+      TrackedFake(this),
       run([this](qint32 value) { emit DecodeProgress(value); }, [this] { emit DecodeDone(); }) {}
 
 qint16 FakeMp3Decoder::SetFiles(const QString& input, const QString& output) {

@@ -4,6 +4,7 @@ namespace cantovel::test {
 
 FakeMp3Encoder::FakeMp3Encoder(QObject* parent)
     : Mp3Encoder(parent),
+      TrackedFake(this),
       run([this](qint32 value) { emit EncodeProgress(value); }, [this] { emit EncodeDone(); }) {}
 
 qint16 FakeMp3Encoder::SetFiles(const QString& input, const QString& output) {

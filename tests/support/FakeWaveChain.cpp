@@ -7,7 +7,7 @@
 
 namespace cantovel::test {
 
-FakeWaveChain::FakeWaveChain(QObject* parent) : WaveChain(parent) {}
+FakeWaveChain::FakeWaveChain(QObject* parent) : WaveChain(parent), TrackedFake(this) {}
 
 FakeWaveChain::~FakeWaveChain() = default;
 

@@ -24,8 +24,12 @@ class TrackedFake {
     static Fake* latest() { return instances().isEmpty() ? nullptr : instances().last(); }
 
   protected:
-    TrackedFake() { instances().append(static_cast<Fake*>(this)); }
-    ~TrackedFake() { instances().removeOne(static_cast<Fake*>(this)); }
+    // `self` is the fake under construction, given by its own constructor.
+    explicit TrackedFake(Fake* self) : self_(self) { instances().append(self); }
+    ~TrackedFake() { instances().removeOne(self_); }
+
+  private:
+    Fake* self_;
 };
 
 }  // namespace cantovel::test

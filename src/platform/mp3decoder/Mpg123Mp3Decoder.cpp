@@ -6,10 +6,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <mutex>
 #include <vector>
+
+#include "platform/wavechain/SoundSink.h"
 
 namespace cantovel {
 
@@ -39,10 +39,6 @@ std::shared_ptr<mpg123_handle> openStream(const QString& path, long* rate, int* 
     if (mpg123_format(stream.get(), *rate, *channels, MPG123_ENC_SIGNED_16) != MPG123_OK)
         return nullptr;
     return stream;
-}
-
-bool isDiskFull(int error) {
-    return error == ENOSPC || error == EFBIG || error == EDQUOT;
 }
 
 }  // namespace
@@ -82,31 +78,21 @@ void Mpg123Mp3Decoder::StartDecode() {
     clearError();
     if (!stream_ || job_.busy()) return;
 
-    SF_INFO info;
-    std::memset(&info, 0, sizeof info);
-    info.samplerate = int(rate_);
-    info.channels = channels_;
-    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
-    const QByteArray name = QFile::encodeName(output_);
-    errno = 0;
-    std::shared_ptr<SNDFILE> wav(sf_open(name.constData(), SFM_WRITE, &info), [](SNDFILE* f) {
-        if (f) sf_close(f);
-    });
+    auto wav = std::make_shared<SoundSink>();
     std::shared_ptr<mpg123_handle> stream = std::exchange(stream_, nullptr);
-    if (!wav) {
-        if (isDiskFull(errno)) {
+    if (!wav->open(output_, SF_FORMAT_WAV | SF_FORMAT_PCM_16, int(rate_), channels_)) {
+        if (isDiskFullError(wav->openErrno())) {
             job_.start(
                 [this](const BackgroundJob::Run& run) { run.report([this] { finishRun(true); }); });
             return;
         }
-        raise(QStringLiteral("The WAV file can't be created: %1")
-                  .arg(QString::fromLocal8Bit(sf_strerror(nullptr))));
+        raise(QStringLiteral("The WAV file can't be created: %1").arg(wav->errorText()));
         return;
     }
 
     const qint32 total = frameTotal_;
     const int channels = channels_;
-    job_.start([this, stream, wav, total, channels](const BackgroundJob::Run& run) mutable {
+    job_.start([this, stream, wav, total, channels](const BackgroundJob::Run& run) {
         std::vector<short> pcm(std::max<size_t>(mpg123_outblock(stream.get()), 1 << 16) / 2);
         qint32 reported = 0;
         const qint32 step = std::max<qint32>(1, total / 100);
@@ -115,8 +101,8 @@ void Mpg123Mp3Decoder::StartDecode() {
             size_t bytes = 0;
             const int status =
                 mpg123_read(stream.get(), pcm.data(), pcm.size() * sizeof(short), &bytes);
-            const sf_count_t frames = sf_count_t(bytes / sizeof(short)) / channels;
-            if (frames > 0 && sf_writef_short(wav.get(), pcm.data(), frames) != frames) {
+            const qint64 frames = qint64(bytes / sizeof(short)) / channels;
+            if (frames > 0 && !wav->write(pcm.data(), frames)) {
                 run.report([this] { finishRun(true); });
                 return;
             }
@@ -128,9 +114,7 @@ void Mpg123Mp3Decoder::StartDecode() {
             }
         }
         // Closing writes the final lengths into the header: part of the output too.
-        SNDFILE* file = wav.get();
-        const bool written = sf_close(file) == 0;
-        wav.reset(static_cast<SNDFILE*>(nullptr), [](SNDFILE*) {});
+        const bool written = wav->close();
         run.report([this, total, written] {
             if (written) emit DecodeProgress(total);
             finishRun(!written);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/wavechain/ConvertingReader.h"
+#include "platform/wavechain/SoundSink.h"
 
 namespace cantovel {
 
@@ -36,6 +37,11 @@ struct OutputFile {
 
 bool writeAll(FILE* file, const unsigned char* data, int size) {
     return size <= 0 || std::fwrite(data, 1, size_t(size), file) == size_t(size);
+}
+
+// No MP3 rate is below 8 kbit/s, so a figure under 1000 can only be in kbit/s already.
+int kbitPerSecond(qint32 bitrate) {
+    return std::max(8, bitrate < 1000 ? int(bitrate) : int((bitrate + 500) / 1000));
 }
 
 }  // namespace
@@ -92,7 +98,7 @@ void LameMp3Encoder::Start() {
     lame_set_in_samplerate(lame.get(), inRate);
     lame_set_num_channels(lame.get(), channels);
     lame_set_mode(lame.get(), channels == 1 ? MONO : JOINT_STEREO);
-    lame_set_brate(lame.get(), std::max(8, (Bitrate() + 500) / 1000));
+    lame_set_brate(lame.get(), kbitPerSecond(Bitrate()));
     lame_set_VBR(lame.get(), vbr_off);
     lame_set_num_samples(lame.get(), (unsigned long)inFrames);
     // The Info tag written over the first frame at the end tells decoders the exact
@@ -110,7 +116,7 @@ void LameMp3Encoder::Start() {
     auto file = std::make_shared<OutputFile>(std::fopen(name.constData(), "wb+"));
     if (!file->get()) {
         const int error = errno;
-        if (error == ENOSPC || error == EFBIG || error == EDQUOT) {
+        if (isDiskFullError(error)) {
             // A full disk shows as a run that ends at once with nothing written.
             source_.reset();
             job_.start(

@@ -32,8 +32,9 @@ class Mp3Encoder : public QObject, public RaisedError {
 
     using QObject::QObject;
 
-    // Constant bit rate in bits a second (32000, 64000, 128000, 256000). A rate the MP3
-    // format lacks at the stream's sample rate is taken to the nearest one it has.
+    // Constant bit rate in bits a second (32000, 64000, 128000, 256000); a figure under
+    // 1000 is read as kbit/s. A rate the MP3 format lacks at the stream's sample rate is
+    // taken to the nearest one it has.
     void setBitrate(qint32 bitsPerSecond) { bitrate_ = bitsPerSecond; }
     qint32 Bitrate() const { return bitrate_; }
     // True mixes every channel into one: a mono MP3.

@@ -1,19 +1,16 @@
 #include "platform/wavechain/SndfileWaveChain.h"
 
-#include <sndfile.h>
 #include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <memory>
-#include <vector>
 
 #include "platform/wavechain/AudioSource.h"
 #include "platform/wavechain/ConvertingReader.h"
+#include "platform/wavechain/SoundSink.h"
 
 namespace cantovel {
 
@@ -26,20 +23,6 @@ bool sameFile(const QString& a, const QString& b) {
         return false;
     return sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
 }
-
-bool isDiskFull(int error) {
-    return error == ENOSPC || error == EFBIG || error == EDQUOT;
-}
-
-// The destination, closed explicitly when its last header write matters.
-struct Destination {
-    explicit Destination(SNDFILE* f) : file(f) {}
-    ~Destination() {
-        if (file) sf_close(file);
-    }
-    bool close() { return sf_close(std::exchange(file, nullptr)) == 0; }
-    SNDFILE* file;
-};
 
 }  // namespace
 
@@ -77,23 +60,11 @@ void SndfileWaveChain::Start() {
         writeTo =
             info.absoluteDir().filePath(QStringLiteral(".%1.converting").arg(info.fileName()));
     }
-    SF_INFO info;
-    std::memset(&info, 0, sizeof info);
-    info.samplerate = target.sampleRate;
-    info.channels = target.channels;
-    info.format = target.sndfileFormat();
-    errno = 0;
-    SNDFILE* out = sf_open(QFile::encodeName(writeTo).constData(), SFM_WRITE, &info);
-    const int openError = errno;
-    if (!out && !isDiskFull(openError)) {
-        raise(QStringLiteral("The destination file can't be created: %1")
-                  .arg(QString::fromLocal8Bit(sf_strerror(nullptr))));
+    auto dst = std::make_shared<SoundSink>();
+    if (!dst->open(writeTo, target.sndfileFormat(), target.sampleRate, target.channels) &&
+        !isDiskFullError(dst->openErrno())) {
+        raise(QStringLiteral("The destination file can't be created: %1").arg(dst->errorText()));
         return;
-    }
-    auto dst = std::make_shared<Destination>(out);
-    if (out) {
-        // Converted sound may overshoot full scale a little; it clips rather than wraps.
-        sf_command(out, SFC_SET_CLIPPING, nullptr, SF_TRUE);
     }
 
     aside_ = writeTo == destination ? QString() : writeTo;
@@ -104,10 +75,6 @@ void SndfileWaveChain::Start() {
 
     const QString aside = aside_;
     job_.start([this, source, dst, target, aside, destination](const BackgroundJob::Run& run) {
-        if (!dst->file) {
-            run.report([this] { failWrite(); });
-            return;
-        }
         ConvertingReader reader(*source, target.channels, target.sampleRate);
         if (!reader.isValid()) {
             run.report([this] { failWrite(); });
@@ -115,7 +82,7 @@ void SndfileWaveChain::Start() {
         }
         while (reader.next()) {
             if (run.stopRequested()) return;
-            if (sf_writef_float(dst->file, reader.data(), reader.frames()) != reader.frames()) {
+            if (!dst->write(reader.data(), reader.frames())) {
                 run.report([this] { failWrite(); });
                 return;
             }
