@@ -62,16 +62,19 @@ void FakeWaveChain::halt() {
 
 void FakeWaveChain::Stop() {
     ++stops;
-    halt();
-    if (!(state & StateRunning)) return;
-    state &= ~StateRunning;
-    QMetaObject::invokeMethod(this, &WaveChain::TriggerStopped, Qt::QueuedConnection);
+    end();
 }
 
 void FakeWaveChain::Close() {
     ++closes;
-    --stops;
-    Stop();
+    end();
+}
+
+void FakeWaveChain::end() {
+    halt();
+    if (!(state & StateRunning)) return;
+    state &= ~StateRunning;
+    QMetaObject::invokeMethod(this, &WaveChain::TriggerStopped, Qt::QueuedConnection);
 }
 
 void FakeWaveChain::dataEnd() {

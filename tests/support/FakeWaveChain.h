@@ -57,6 +57,8 @@ class FakeWaveChain : public WaveChain, public TrackedFake<FakeWaveChain, WaveCh
 
   private:
     void halt();
+    // Stop and Close alike: the run ends and the stopped event follows.
+    void end();
     QHash<QString, QString> startErrors_;
     std::unique_ptr<Timer> timer_;
     int step_ = 0;
