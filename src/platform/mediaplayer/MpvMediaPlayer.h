@@ -68,6 +68,8 @@ class MpvMediaPlayer : public MediaPlayer {
   private:
     enum class Outcome { None, Pending, Loaded, Failed };
 
+    void createHandle();
+    void destroyHandle();
     static void wakeup(void* self);
     void drainEvents();
     void handleEvent(const mpv_event& event);
@@ -83,6 +85,7 @@ class MpvMediaPlayer : public MediaPlayer {
 
     mpv_handle* mpv_ = nullptr;
     std::atomic<bool> drainQueued_{false};
+    bool shutDown_ = false;
     QString fileName_;
     QPointer<QWidget> videoWidget_;
     QString voOverride_;
