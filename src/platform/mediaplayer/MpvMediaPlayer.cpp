@@ -137,7 +137,7 @@ void MpvMediaPlayer::drainEvents() {
     }
     // The end of the file: any change of eof-reached wakes us, but mpv may fold a quick
     // 1-0-1 into no event at all, so the state itself is read here.
-    if (self && PlayState() == mpPlaying && !pendingSeek_ && atEnd()) changePlayState(mpStopped);
+    if (self && PlayState() == mpPlaying && !seekPending() && atEnd()) changePlayState(mpStopped);
 }
 
 void MpvMediaPlayer::handleEvent(const mpv_event& event) {
@@ -169,6 +169,7 @@ void MpvMediaPlayer::handleEvent(const mpv_event& event) {
             }
             break;
         }
+        case MPV_EVENT_SEEK:  // from here on mpv itself reads the target, and no longer the end
         case MPV_EVENT_PLAYBACK_RESTART:
             pendingSeek_.reset();
             break;
@@ -281,7 +282,7 @@ void MpvMediaPlayer::Stop() {
 
 double MpvMediaPlayer::CurrentPosition() const {
     if (!isOpen()) return 0.0;
-    if (pendingSeek_) return *pendingSeek_;
+    if (seekPending()) return *pendingSeek_;
     return std::max(0.0, doubleProperty(mpv_, "time-pos").value_or(0.0));
 }
 
@@ -294,6 +295,12 @@ void MpvMediaPlayer::seekTo(double seconds) {
     const QByteArray target = QByteArray::number(seconds, 'f', 6);
     command(mpv_, {"seek", target.constData(), "absolute+exact"});
     pendingSeek_ = seconds;
+    seekIssuedMs_ = Clock::get().msecs();
+}
+
+bool MpvMediaPlayer::seekPending() const {
+    // A seek mpv never starts (a stream that cannot seek) stops counting after a while.
+    return pendingSeek_ && Clock::get().msecs() - seekIssuedMs_ < 1000;
 }
 
 double MpvMediaPlayer::Duration() const {

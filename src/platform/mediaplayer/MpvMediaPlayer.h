@@ -76,6 +76,7 @@ class MpvMediaPlayer : public MediaPlayer {
     void closeFile();
     void prepareVideoOutput();
     void seekTo(double seconds);
+    bool seekPending() const;
     // Open, and still held by mpv (a file that broke off while playing is not).
     bool isOpen() const { return mpv_ && outcome_ == Outcome::Loaded && OpenState() == mpoOpen; }
     bool atEnd() const;
@@ -100,6 +101,7 @@ class MpvMediaPlayer : public MediaPlayer {
     quint64 openSerial_ = 0;
     // The target of a seek mpv has not finished, which is the position meanwhile.
     std::optional<double> pendingSeek_;
+    qint64 seekIssuedMs_ = 0;
     int imageWidth_ = 0;
     int imageHeight_ = 0;
 };
