@@ -3,6 +3,7 @@
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
 #include "platform/dialogs/QtFileDialogs.h"
+#include "platform/instance/LocalInstanceLink.h"
 #include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "platform/mixer/AlsaMixer.h"
 #include "platform/msgbox/QtMsgBox.h"
@@ -18,6 +19,7 @@ void registerProductionComponents() {
     Components::provideService<Registry>(std::make_shared<RegistryStore>());
     Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
     Components::provideService<Shell>(std::make_shared<DesktopShell>());
+    Components::provideFactory<InstanceLink>([] { return std::make_unique<LocalInstanceLink>(); });
     Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
 }
 
