@@ -4,6 +4,7 @@
 #include "platform/clock/QtClock.h"
 #include "platform/dialogs/QtFileDialogs.h"
 #include "platform/instance/LocalInstanceLink.h"
+#include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "platform/mixer/AlsaMixer.h"
 #include "platform/mp3decoder/Mpg123Mp3Decoder.h"
 #include "platform/mp3encoder/LameMp3Encoder.h"
@@ -27,6 +28,7 @@ void registerProductionComponents() {
     Components::provideFactory<Mp3Decoder>([] { return std::make_unique<Mpg123Mp3Decoder>(); });
     Components::provideFactory<WaveChain>([] { return std::make_unique<SndfileWaveChain>(); });
     Components::provideFactory<FormatChooser>([] { return std::make_unique<QtFormatChooser>(); });
+    Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
 }
 
 }  // namespace cantovel
