@@ -10,6 +10,9 @@
 
 #include "app/Form.h"
 #include "app/Utilities.h"
+#include "shell/COSInfo.h"
+#include "shell/Subclass.h"
+#include "tags/CCRC32.h"
 #include "platform/clock/Timer.h"
 #include "player/player_state.h"
 #include "skin/SkinControl.h"
@@ -36,6 +39,12 @@ class frmMain : public Form, public PlayerState {
 
     // The list of record: full paths of the loaded media or playlist entries.
     QStringList List1;
+
+    // Kept for the window's whole life.
+    std::unique_ptr<COSInfo> OSInfo;
+    std::unique_ptr<CCRC32> CRCCheck;
+    // The window-message hook, subscribed at load.
+    Subclass Subclass1{this};
 
     // Timers; all start disabled.
     Timer Timer1{500};

@@ -30,6 +30,11 @@ class FakeMediaPlayerTest : public ::testing::Test {
         });
     }
 
+    void TearDown() override {
+        player.reset();
+        Components::clear();
+    }
+
     std::shared_ptr<FakeClock> clock = std::make_shared<FakeClock>();
     std::unique_ptr<FakeMediaPlayer> player;
     Changes opens, plays;

@@ -8,6 +8,7 @@
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
 #include "platform/mediaplayer/MpvMediaPlayer.h"
+#include "support/ScopedEnv.h"
 #include "support/TestMedia.h"
 
 using namespace cantovel;
@@ -22,13 +23,16 @@ class MpvMediaPlayerTest : public ::testing::Test {
   protected:
     void SetUp() override {
         Components::provideService<Clock>(std::make_shared<QtClock>());
-        qputenv("CANTOVEL_AO", "null");
-        qputenv("CANTOVEL_VO", "null");
+        env.set("CANTOVEL_AO", QByteArray("null"));
+        env.set("CANTOVEL_VO", QByteArray("null"));
         // Tests that pause or stop a playing file need real time; the rest run untimed.
-        qputenv("CANTOVEL_MPV_UNTIMED", "1");
+        env.set("CANTOVEL_MPV_UNTIMED", QByteArray("1"));
         ASSERT_TRUE(dir.isValid());
     }
-    void TearDown() override { player.reset(); }
+    void TearDown() override {
+        player.reset();
+        Components::clear();
+    }
 
     MpvMediaPlayer& make() {
         player = std::make_unique<MpvMediaPlayer>();
@@ -45,10 +49,11 @@ class MpvMediaPlayerTest : public ::testing::Test {
     }
     QString path(const QString& name) const { return dir.filePath(name); }
     // Waits (events running) until `count` play-state changes have been seen.
-    bool waitForPlayChanges(size_t count, int ms = 20000) {
+    bool waitForPlayChanges(size_t count, int ms = 10000) {
         return Clock::get().wait(ms, [&] { return plays.size() >= count; });
     }
 
+    ScopedEnv env;
     QTemporaryDir dir;
     std::unique_ptr<MpvMediaPlayer> player;
     Changes opens, plays;
@@ -133,7 +138,7 @@ TEST_F(MpvMediaPlayerTest, RefusesDamagedAndMissingFiles) {
 }
 
 TEST_F(MpvMediaPlayerTest, PauseStopAndTheEmptyName) {
-    qputenv("CANTOVEL_MPV_UNTIMED", "0");
+    env.set("CANTOVEL_MPV_UNTIMED", QByteArray("0"));
     ASSERT_TRUE(writeToneWav(path("long.wav"), 60.0, 8000, 1));
     MpvMediaPlayer& mp = make();
     ASSERT_EQ(mp.setFileName(path("long.wav")), 0);
@@ -239,7 +244,7 @@ TEST_F(MpvMediaPlayerTest, HandlerMayReplaceTheFileInsideAnEvent) {
     });
     ASSERT_EQ(mp.setFileName(path("a.wav")), 0);
     mp.Play();
-    ASSERT_TRUE(Clock::get().wait(20000, [&] {
+    ASSERT_TRUE(Clock::get().wait(10000, [&] {
         return mp.fileName().endsWith("b.wav") && mp.PlayState() == MediaPlayer::mpStopped;
     }));
     EXPECT_EQ(plays, (Changes{{0, 2}, {2, 0}, {0, 6}, {0, 2}, {2, 0}}));

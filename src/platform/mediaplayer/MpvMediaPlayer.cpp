@@ -54,16 +54,29 @@ enum : uint64_t { ObserveEof = 1, ObserveWidth, ObserveHeight };
 }  // namespace
 
 MpvMediaPlayer::MpvMediaPlayer(QObject* parent) : MediaPlayer(parent) {
+    voOverride_ = QString::fromLocal8Bit(qgetenv("CANTOVEL_VO"));
+    createHandle();
+}
+
+MpvMediaPlayer::~MpvMediaPlayer() {
+    destroyHandle();
+}
+
+void MpvMediaPlayer::createHandle() {
     mpv_ = mpv_create();
     if (!mpv_) return;
     const QByteArray ao = qgetenv("CANTOVEL_AO");
-    voOverride_ = QString::fromLocal8Bit(qgetenv("CANTOVEL_VO"));
     setOption(mpv_, "config", "no");
-    setOption(mpv_, "terminal", "no");
+    // CANTOVEL_MPV_LOG=<level> (for instance "v") shows mpv's own messages on the terminal.
+    const QByteArray log = qgetenv("CANTOVEL_MPV_LOG");
+    setOption(mpv_, "terminal", log.isEmpty() ? "no" : "yes");
+    if (!log.isEmpty()) setOption(mpv_, "msg-level", "all=" + log);
     setOption(mpv_, "load-scripts", "no");
     setOption(mpv_, "ytdl", "no");
     setOption(mpv_, "osc", "no");
+    // No key of mpv's own: above all not the one that quits when its window goes away.
     setOption(mpv_, "input-default-bindings", "no");
+    setOption(mpv_, "input-builtin-bindings", "no");
     setOption(mpv_, "input-vo-keyboard", "no");
     setOption(mpv_, "input-cursor", "no");
     setOption(mpv_, "osd-level", "0");
@@ -87,18 +100,23 @@ MpvMediaPlayer::MpvMediaPlayer(QObject* parent) : MediaPlayer(parent) {
         mpv_ = nullptr;
         return;
     }
+    // mpv quits when the window it draws into goes away, unless that key means nothing.
+    command(mpv_, {"keybind", "CLOSE_WIN", "ignore"});
     mpv_observe_property(mpv_, ObserveEof, "eof-reached", MPV_FORMAT_FLAG);
     mpv_observe_property(mpv_, ObserveWidth, "dwidth", MPV_FORMAT_INT64);
     mpv_observe_property(mpv_, ObserveHeight, "dheight", MPV_FORMAT_INT64);
     mpv_set_wakeup_callback(mpv_, &MpvMediaPlayer::wakeup, this);
     applyVolume();
+    applyBalance();
 }
 
-MpvMediaPlayer::~MpvMediaPlayer() {
+void MpvMediaPlayer::destroyHandle() {
     if (!mpv_) return;
     mpv_set_wakeup_callback(mpv_, nullptr, nullptr);
-    // Joins mpv's threads; a drain already queued dies with this object.
+    // Joins mpv's threads; a drain already queued dies with this object or finds no events.
     mpv_terminate_destroy(mpv_);
+    mpv_ = nullptr;
+    shutDown_ = false;
 }
 
 void MpvMediaPlayer::wakeup(void* self) {
@@ -110,15 +128,16 @@ void MpvMediaPlayer::wakeup(void* self) {
 void MpvMediaPlayer::drainEvents() {
     drainQueued_ = false;
     QPointer<MpvMediaPlayer> self(this);
-    while (self && mpv_) {
-        // The event is only valid until the next wait, which a handler may cause: copy it.
+    while (self && mpv_ && !shutDown_) {
+        // The event is only valid until the next wait, which a handler may cause: each
+        // case reads what it needs before it reports anything.
         mpv_event* raw = mpv_wait_event(mpv_, 0);
         if (raw->event_id == MPV_EVENT_NONE) break;
         handleEvent(*raw);
     }
     // The end of the file: any change of eof-reached wakes us, but mpv may fold a quick
     // 1-0-1 into no event at all, so the state itself is read here.
-    if (self && PlayState() == mpPlaying && !pendingSeek_ && atEnd()) changePlayState(mpStopped);
+    if (self && PlayState() == mpPlaying && !seekPending() && atEnd()) changePlayState(mpStopped);
 }
 
 void MpvMediaPlayer::handleEvent(const mpv_event& event) {
@@ -150,6 +169,7 @@ void MpvMediaPlayer::handleEvent(const mpv_event& event) {
             }
             break;
         }
+        case MPV_EVENT_SEEK:  // from here on mpv itself reads the target, and no longer the end
         case MPV_EVENT_PLAYBACK_RESTART:
             pendingSeek_.reset();
             break;
@@ -161,7 +181,8 @@ void MpvMediaPlayer::handleEvent(const mpv_event& event) {
                 readImageSize();
             break;
         case MPV_EVENT_SHUTDOWN:
-            mpv_set_wakeup_callback(mpv_, nullptr, nullptr);
+            // mpv has quit on its own; the next open starts a new one.
+            shutDown_ = true;
             break;
         default:
             break;
@@ -182,6 +203,10 @@ int MpvMediaPlayer::setFileName(const QString& name) {
 
     reportOpening();
     if (superseded()) return 0;
+    if (shutDown_) {
+        destroyHandle();
+        createHandle();
+    }
     if (mpv_) {
         prepareVideoOutput();
         mpv_set_property_string(mpv_, "pause", "yes");
@@ -227,8 +252,10 @@ void MpvMediaPlayer::prepareVideoOutput() {
         wid = static_cast<int64_t>(videoWidget_->winId());
     }
     mpv_set_property(mpv_, "wid", MPV_FORMAT_INT64, &wid);
-    // The empty name lets mpv pick the best output for the embedded window.
-    const QString vo = !voOverride_.isEmpty() ? voOverride_ : embed ? QString() : "null";
+    // Only outputs that can draw into a foreign window; mpv takes the first that works.
+    const QString vo = !voOverride_.isEmpty() ? voOverride_
+                       : embed                ? QStringLiteral("gpu,xv,x11")
+                                              : QStringLiteral("null");
     mpv_set_property_string(mpv_, "vo", vo.toUtf8().constData());
 }
 
@@ -255,7 +282,7 @@ void MpvMediaPlayer::Stop() {
 
 double MpvMediaPlayer::CurrentPosition() const {
     if (!isOpen()) return 0.0;
-    if (pendingSeek_) return *pendingSeek_;
+    if (seekPending()) return *pendingSeek_;
     return std::max(0.0, doubleProperty(mpv_, "time-pos").value_or(0.0));
 }
 
@@ -268,6 +295,12 @@ void MpvMediaPlayer::seekTo(double seconds) {
     const QByteArray target = QByteArray::number(seconds, 'f', 6);
     command(mpv_, {"seek", target.constData(), "absolute+exact"});
     pendingSeek_ = seconds;
+    seekIssuedMs_ = Clock::get().msecs();
+}
+
+bool MpvMediaPlayer::seekPending() const {
+    // A seek mpv never starts (a stream that cannot seek) stops counting after a while.
+    return pendingSeek_ && Clock::get().msecs() - seekIssuedMs_ < 1000;
 }
 
 double MpvMediaPlayer::Duration() const {

@@ -68,12 +68,15 @@ class MpvMediaPlayer : public MediaPlayer {
   private:
     enum class Outcome { None, Pending, Loaded, Failed };
 
+    void createHandle();
+    void destroyHandle();
     static void wakeup(void* self);
     void drainEvents();
     void handleEvent(const mpv_event& event);
     void closeFile();
     void prepareVideoOutput();
     void seekTo(double seconds);
+    bool seekPending() const;
     // Open, and still held by mpv (a file that broke off while playing is not).
     bool isOpen() const { return mpv_ && outcome_ == Outcome::Loaded && OpenState() == mpoOpen; }
     bool atEnd() const;
@@ -83,6 +86,7 @@ class MpvMediaPlayer : public MediaPlayer {
 
     mpv_handle* mpv_ = nullptr;
     std::atomic<bool> drainQueued_{false};
+    bool shutDown_ = false;
     QString fileName_;
     QPointer<QWidget> videoWidget_;
     QString voOverride_;
@@ -97,6 +101,7 @@ class MpvMediaPlayer : public MediaPlayer {
     quint64 openSerial_ = 0;
     // The target of a seek mpv has not finished, which is the position meanwhile.
     std::optional<double> pendingSeek_;
+    qint64 seekIssuedMs_ = 0;
     int imageWidth_ = 0;
     int imageHeight_ = 0;
 };
