@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QFile>
 #include <memory>
-#include <ostream>
 
 #include "app/Forms.h"
 #include "app/Settings.h"
@@ -23,11 +22,7 @@
 #include "support/FakeShell.h"
 #include "support/FakeVideoPlayerWindow.h"
 #include "support/FakeVivoPlayerWindow.h"
-
-// Readable values in failure messages.
-inline void PrintTo(const QString& text, std::ostream* os) {
-    *os << '"' << text.toStdString() << '"';
-}
+#include "support/QtPrinters.h"
 
 namespace cantovel::test {
 
