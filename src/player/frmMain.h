@@ -9,13 +9,12 @@
 #include <memory>
 
 #include "app/Form.h"
-#include "app/Utilities.h"
-#include "shell/COSInfo.h"
-#include "shell/Subclass.h"
-#include "tags/CCRC32.h"
 #include "platform/clock/Timer.h"
 #include "player/player_state.h"
+#include "shell/COSInfo.h"
+#include "shell/Subclass.h"
 #include "skin/SkinControl.h"
+#include "tags/CCRC32.h"
 
 namespace cantovel {
 
@@ -100,6 +99,10 @@ class frmMain : public Form, public PlayerState {
     void PlayDiscTrack(CDReader& reader);
     // "Audio Track #" and the number of CurrentTrack counted from 1.
     void ShowTrackTitle();
+    // Writes the thumb's left and repaints it.
+    void MoveThumb(int left);
+    // Whether a player control is playing (play state 2).
+    bool AnyPlayerPlaying() const;
 
     // ---- Transport ----
     // The eight skin buttons: Seek Previous, Play, Pause, Stop, Seek Next, Open File,
@@ -110,29 +113,38 @@ class frmMain : public Form, public PlayerState {
     void mnuPlayCurrent();
     void mnuRunPlaylist();
     void mnuDelete();
-    // A mouse move over the position thumb, `dx` pixels from where it was grabbed.
-    void imgPlayProgress_MouseMove(Qt::MouseButtons buttons, int dx);
+    // After a drag moved the thumb: seeks the player to the time the thumb stands for.
+    void SeekFromThumb();
 
     // ---- Display interface: the face's painting, which the skin owns ----
     // The position thumb; its travel runs from left 16 to 268 minus its width.
     SkinControl imgPlayProgress{QRect(16, 119, 20, 8), QString(), QPixmap()};
     // Sets the four title labels; nothing when the first already shows the text.
-    void Title(const QString& text);
+    void Title(const QString& Text);
+    // What the title shows.
     QString TitleText() const;
     // The level picture; display only.
-    void EQVolume(quint8 level);
+    void EQVolume(int Level);
     // Paints a six-digit clock field: 0 elapsed, 6 length.
-    void ShowClockField(int firstCell, const QString& text);
+    void ShowClockField(int FirstCell, const QString& Text);
+    // The clock text of a time: hours, minutes and seconds of two digits each, read as
+    // one number, so leading zeros go.
+    static QString ClockText(double Seconds);
     // Places the thumb for a position of a length (both in seconds).
-    void ThumbFromTime(double position, double length);
-    // The time the thumb stands for, in seconds of a length.
-    double TimeFromThumb(double length) const;
-    // Writes the thumb's left and repaints it.
-    void MoveThumb(int left);
+    void ThumbFromTime(double Position, double Length);
+    // The time the thumb stands for, in whole seconds of a length.
+    long TimeFromThumb(double Length) const;
+    // Places the thumb from a position and paints the elapsed digits from the thumb.
+    void ShowPosition(double Position, double Length);
+    // A mouse move over the thumb (Button 1 left, 0 none; X from the thumb's corner):
+    // with no button X is kept as the anchor, with the left one the thumb follows, then
+    // SeekFromThumb seeks.
+    void imgPlayProgress_MouseMove(int Button, int Shift, int X, int Y);
     // What the face shows now.
     QString titleCaption_;
     std::array<QString, 2> clockFieldText_;  // elapsed, length
     int eqLevel_ = 0;
+    int progressAnchor_ = 0;
 
   public slots:
     // A command handed over by a later start of the program: "[Restore App]" or a path.
@@ -168,13 +180,9 @@ class frmMain : public Form, public PlayerState {
     void playStartOnce();
     // Loads CurrentFile into the queue's player and starts it; shows its window for video.
     void playInQueue(bool showWindow);
-    // A time as the digits show it: hours, minutes and seconds joined, leading zeros gone.
-    QString clockText(double seconds);
     // Opens the CD reader and waits up to 15 seconds for a disc; false, with its
     // message, when there is none or its directory cannot be read.
     bool waitForDisc(CDReader& reader);
-    // The elapsed digits, read back from the thumb so both agree.
-    void paintElapsed();
     double playerPosition();
     void Timer1_Timer();
     void Timer2_Timer();
@@ -191,7 +199,6 @@ class frmMain : public Form, public PlayerState {
     bool displayBusy_ = false;          // Timer3's tick is running
     bool calculatingPosition_ = false;  // Timer1's tick is running
     quint32 cdPausePosition_ = 0;       // the reader's position at pause, packed
-    TimeDigits digits_;                 // left by the last ConvertSeconds
     bool deleteDeclined_ = false;       // the delete question was answered No
     // A queue entry that cannot be played is passed over through Seek Next, which
     // starts the next one; those starts run one after another, not nested.

@@ -1,6 +1,7 @@
 // The face as the session drives it: title, level picture, clock fields and the
 // position thumb. Plain bodies until the skin paints them.
 #include "app/Runtime.h"
+#include "app/Utilities.h"
 #include "player/frmMain.h"
 
 namespace cantovel {
@@ -15,8 +16,8 @@ QString frmMain::TitleText() const {
     return titleCaption_;
 }
 
-void frmMain::EQVolume(quint8 level) {
-    eqLevel_ = level;
+void frmMain::EQVolume(int Level) {
+    eqLevel_ = Level;
     update();
 }
 
@@ -34,15 +35,35 @@ void frmMain::ThumbFromTime(double position, double length) {
     if (left != imgPlayProgress.rect.left()) MoveThumb(left);
 }
 
-double frmMain::TimeFromThumb(double length) const {
+long frmMain::TimeFromThumb(double Length) const {
     const int span = 268 - imgPlayProgress.rect.width();
     if (span == 0) return 0;
-    return double(CInt(double(imgPlayProgress.rect.left() - 16) / span * length));
+    return long(CInt(double(imgPlayProgress.rect.left() - 16) / span * Length));
 }
 
-void frmMain::MoveThumb(int left) {
-    imgPlayProgress.rect.moveLeft(left);
-    update();
+QString frmMain::ClockText(double Seconds) {
+    TimeDigits d;
+    ConvertSeconds(Seconds, true, false, &d);
+    return QString::number(qint64(Val(d.hours + d.minutes + d.seconds)));
+}
+
+void frmMain::ShowPosition(double Position, double Length) {
+    ThumbFromTime(Position, Length);
+    ShowClockField(0, ClockText(double(TimeFromThumb(Length))));
+}
+
+void frmMain::imgPlayProgress_MouseMove(int Button, int, int X, int) {
+    if (Button == 0) {
+        progressAnchor_ = X;
+        return;
+    }
+    if (Button != 1 || CurrentFile.isEmpty()) return;
+    const int last = 268 - imgPlayProgress.rect.width();
+    int left = imgPlayProgress.rect.left() + X - progressAnchor_;
+    if (left < 16) left = 16;
+    if (left > last) left = last;
+    MoveThumb(left);
+    SeekFromThumb();
 }
 
 }  // namespace cantovel

@@ -39,15 +39,10 @@ bool frmMain::wireSession() {
     return true;
 }
 
-QString frmMain::clockText(double seconds) {
-    ConvertSeconds(seconds, true, false, &digits_);
-    return QString::number(qint64(Val(digits_.hours + digits_.minutes + digits_.seconds)));
-}
-
 void frmMain::OpenComplete(long seconds) {
     // The length is a 16-bit number; a longer one does not fit and leaves it as it was.
     if (seconds >= -32768 && seconds <= 32767) TrackLength = qint16(seconds);
-    ShowClockField(6, clockText(double(seconds)));
+    ShowClockField(6, ClockText(double(seconds)));
 
     frmTemp& t = frmTemp::get();
     t.mnuPlay->setText(QStringLiteral("&Stop"));
@@ -226,6 +221,22 @@ void frmMain::PlayDiscTrack(CDReader& reader) {
     OpenComplete(long(CInt(double(frames) / 75)));
 }
 
+void frmMain::MoveThumb(int left) {
+    imgPlayProgress.rect.moveLeft(left);
+    update();
+}
+
+bool frmMain::AnyPlayerPlaying() const {
+    auto playing = [](const MediaPlayer* mp) {
+        return mp && mp->PlayState() == MediaPlayer::mpPlaying;
+    };
+    frmTemp* t = Forms::find<frmTemp>();
+    VideoPlayerWindow* video = loadedWindow<VideoPlayerWindow>();
+    QueueView* view = loadedWindow<QueueView>();
+    return playing(t ? t->MP.get() : nullptr) || playing(video ? video->MP() : nullptr) ||
+           playing(view ? view->AM() : nullptr);
+}
+
 void frmMain::ShowTrackTitle() {
     Title(QStringLiteral("Audio Track #") + QString::number(CurrentTrack + 1));
 }
@@ -258,16 +269,11 @@ double frmMain::playerPosition() {
     return mp ? mp->CurrentPosition() : 0.0;
 }
 
-void frmMain::paintElapsed() {
-    ShowClockField(0, clockText(TimeFromThumb(TrackLength)));
-}
-
 void frmMain::Timer3_Timer() {
     // The end of a file is not seen here: the players' events tell it.
     displayBusy_ = true;
     CDR_Timer.setEnabled(false);
-    ThumbFromTime(playerPosition(), TrackLength);
-    paintElapsed();
+    ShowPosition(playerPosition(), TrackLength);
     EQVolume(randomLevel());
     displayBusy_ = false;
 }
@@ -282,8 +288,7 @@ void frmMain::CDR_Timer_Timer() {
                              ? CDReader::ToFrames(tracks[CurrentTrack].StartPosition)
                              : 0;
     const double seconds = double(position - start) / 75;
-    ThumbFromTime(seconds, TrackLength);
-    paintElapsed();
+    ShowPosition(seconds, TrackLength);
     if (seconds >= TrackLength) {
         if (PlaylistRunning)
             Play_Done();

@@ -214,17 +214,13 @@ void frmMain::mnuRunPlaylist() {
     startQueue();
 }
 
-void frmMain::imgPlayProgress_MouseMove(Qt::MouseButtons buttons, int dx) {
-    if (!(buttons & Qt::LeftButton) || CurrentFile.isEmpty()) return;
+void frmMain::SeekFromThumb() {
+    if (CurrentFile.isEmpty()) return;
     const int span = 268 - imgPlayProgress.rect.width();
-    int left = imgPlayProgress.rect.left() + dx;
-    if (left < 16) left = 16;
-    if (left > span) left = span;
-    MoveThumb(left);
     if (span == 0) return;
-
     // A CD plays on whatever the thumb says: its timer puts the thumb back.
-    const double seconds = double(Int(TrackLength * double(left - 16) / span));
+    const double seconds =
+        double(Int(TrackLength * double(imgPlayProgress.rect.left() - 16) / span));
     if (PlaylistRunning) {
         if (MediaPlayer* am = queueAM()) am->setCurrentPosition(seconds);
         return;

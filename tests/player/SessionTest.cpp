@@ -283,4 +283,16 @@ TEST_F(SessionTest, TheDisplayTimerReadsTheQueuePlayerWhileARunIsOn) {
     EXPECT_TRUE(main->Timer3.isEnabled());
 }
 
+TEST_F(SessionTest, AnyPlayerPlayingLooksAtEveryPlayer) {
+    EXPECT_FALSE(main->AnyPlayerPlaying());
+    openByDialog(media(QStringLiteral("Song.mp3")));
+    EXPECT_TRUE(main->AnyPlayerPlaying());
+    temp->mnuStop_Click();
+    EXPECT_FALSE(main->AnyPlayerPlaying());
+    run({media(QStringLiteral("a.avi"))});
+    EXPECT_TRUE(main->AnyPlayerPlaying());
+    AM()->Pause();
+    EXPECT_FALSE(main->AnyPlayerPlaying());
+}
+
 }  // namespace

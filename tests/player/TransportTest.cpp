@@ -159,16 +159,18 @@ TEST_F(TransportTest, DraggingTheThumbSeeksThePlayingFile) {
     openByDialog(media(QStringLiteral("Song.mp3"), 10));
     MP().calls.clear();
 
-    main->imgPlayProgress_MouseMove(Qt::NoButton, 100);
+    main->imgPlayProgress_MouseMove(0, 0, 100, 0);  // no button: only the anchor
     EXPECT_EQ(main->imgPlayProgress.rect.left(), 16);
+    EXPECT_TRUE(MP().calls.isEmpty());
 
-    main->imgPlayProgress_MouseMove(Qt::LeftButton, 124);
+    main->imgPlayProgress_MouseMove(0, 0, 0, 0);
+    main->imgPlayProgress_MouseMove(1, 0, 124, 0);
     EXPECT_EQ(main->imgPlayProgress.rect.left(), 140);
     EXPECT_EQ(MP().calls, QStringList{"CurrentPosition=5"});
 
-    main->imgPlayProgress_MouseMove(Qt::LeftButton, 500);
+    main->imgPlayProgress_MouseMove(1, 0, 500, 0);
     EXPECT_EQ(main->imgPlayProgress.rect.left(), 248);  // the travel ends before the width
-    main->imgPlayProgress_MouseMove(Qt::LeftButton, -500);
+    main->imgPlayProgress_MouseMove(1, 0, -500, 0);
     EXPECT_EQ(main->imgPlayProgress.rect.left(), 16);
     EXPECT_EQ(MP().CurrentPosition(), 0);
 }
@@ -176,12 +178,13 @@ TEST_F(TransportTest, DraggingTheThumbSeeksThePlayingFile) {
 TEST_F(TransportTest, DraggingInAQueueSeeksTheQueuePlayer) {
     main->List1 = {media(QStringLiteral("a.avi"), 20), media(QStringLiteral("b.avi"))};
     main->mnuRunPlaylist();
-    main->imgPlayProgress_MouseMove(Qt::LeftButton, 62);
+    main->imgPlayProgress_MouseMove(0, 0, 0, 0);
+    main->imgPlayProgress_MouseMove(1, 0, 62, 0);
     EXPECT_EQ(AM()->calls.last(), QStringLiteral("CurrentPosition=5"));
 }
 
 TEST_F(TransportTest, DraggingWithNothingLoadedDoesNothing) {
-    main->imgPlayProgress_MouseMove(Qt::LeftButton, 50);
+    main->imgPlayProgress_MouseMove(1, 0, 50, 0);
     EXPECT_EQ(main->imgPlayProgress.rect.left(), 16);
 }
 
