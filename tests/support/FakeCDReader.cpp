@@ -1,16 +1,8 @@
 #include "support/FakeCDReader.h"
 
-#include "platform/Components.h"
 #include "platform/clock/Clock.h"
 
 namespace cantovel::test {
-
-namespace {
-QList<FakeCDReader*>& alive() {
-    static QList<FakeCDReader*> list;
-    return list;
-}
-}  // namespace
 
 FakeCDReader::Disc& FakeCDReader::disc() {
     static Disc d;
@@ -33,20 +25,12 @@ void FakeCDReader::setTracks(std::initializer_list<int> seconds) {
 
 void FakeCDReader::install() {
     disc() = Disc{};
-    Components::provideFactory<CDReader>([] { return std::make_unique<FakeCDReader>(); });
+    TrackedFake::install();
 }
 
-const QList<FakeCDReader*>& FakeCDReader::instances() {
-    return alive();
-}
+FakeCDReader::FakeCDReader(QObject* parent) : CDReader(parent), TrackedFake(this) {}
 
-FakeCDReader::FakeCDReader(QObject* parent) : CDReader(parent) {
-    alive().append(this);
-}
-
-FakeCDReader::~FakeCDReader() {
-    alive().removeOne(this);
-}
+FakeCDReader::~FakeCDReader() = default;
 
 void FakeCDReader::Open() {
     calls << QStringLiteral("Open");

@@ -9,10 +9,11 @@
 #include <optional>
 
 #include "platform/cdreader/CDReader.h"
+#include "support/TrackedFake.h"
 
 namespace cantovel::test {
 
-class FakeCDReader : public CDReader {
+class FakeCDReader : public CDReader, public TrackedFake<FakeCDReader, CDReader> {
     Q_OBJECT
   public:
     struct Disc {
@@ -26,9 +27,6 @@ class FakeCDReader : public CDReader {
     static void setTracks(std::initializer_list<int> seconds);
     // Makes the component factory hand out fakes, and forgets the scripted disc.
     static void install();
-    // The fakes alive, oldest first.
-    static const QList<FakeCDReader*>& instances();
-
     explicit FakeCDReader(QObject* parent = nullptr);
     ~FakeCDReader() override;
 

@@ -7,7 +7,9 @@
 
 namespace cantovel::test {
 
-void FakeClock::doEvents() { QCoreApplication::processEvents(); }
+void FakeClock::doEvents() {
+    QCoreApplication::processEvents();
+}
 
 bool FakeClock::wait(int ms, const std::function<bool()>& done) {
     ++waits;
@@ -47,6 +49,8 @@ void FakeClock::timerChanged(Timer* timer) {
         due_.remove(timer);
 }
 
-void FakeClock::timerGone(Timer* timer) { due_.remove(timer); }
+void FakeClock::timerGone(Timer* timer) {
+    due_.remove(timer);
+}
 
 }  // namespace cantovel::test

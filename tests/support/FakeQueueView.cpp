@@ -5,12 +5,10 @@
 
 namespace cantovel::test {
 
-void FakeQueueView::install() {
-    Components::provideFactory<QueueView>([] { return std::make_unique<FakeQueueView>(); });
-}
-
 FakeQueueView::FakeQueueView()
-    : Form(QStringLiteral("frmVideoPlaylistView")), am_(Components::create<MediaPlayer>()) {
+    : Form(QStringLiteral("frmVideoPlaylistView")),
+      TrackedFake(this),
+      am_(Components::create<MediaPlayer>()) {
     if (!am_) return;
     connect(am_.get(), &MediaPlayer::OpenStateChange, this, [this] {
         if (frmMain* main = frmMain::instance()) main->MediaOpened(*am_);

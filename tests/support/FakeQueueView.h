@@ -8,15 +8,13 @@
 #include "app/Form.h"
 #include "platform/mediaplayer/MediaPlayer.h"
 #include "player/QueueView.h"
+#include "support/TrackedFake.h"
 
 namespace cantovel::test {
 
-class FakeQueueView : public Form, public QueueView {
+class FakeQueueView : public Form, public QueueView, public TrackedFake<FakeQueueView, QueueView> {
     Q_OBJECT
   public:
-    // Makes the component factory load this window when the player touches it.
-    static void install();
-
     FakeQueueView();
     ~FakeQueueView() override;
 

@@ -4,13 +4,10 @@
 
 namespace cantovel::test {
 
-void FakeVideoPlayerWindow::install() {
-    Components::provideFactory<VideoPlayerWindow>(
-        [] { return std::make_unique<FakeVideoPlayerWindow>(); });
-}
-
 FakeVideoPlayerWindow::FakeVideoPlayerWindow()
-    : Form(QStringLiteral("frmVideoPlayer")), mp_(Components::create<MediaPlayer>()) {}
+    : Form(QStringLiteral("frmVideoPlayer")),
+      TrackedFake(this),
+      mp_(Components::create<MediaPlayer>()) {}
 
 FakeVideoPlayerWindow::~FakeVideoPlayerWindow() = default;
 

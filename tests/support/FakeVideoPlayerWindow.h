@@ -8,15 +8,15 @@
 #include "app/Form.h"
 #include "platform/mediaplayer/MediaPlayer.h"
 #include "player/VideoPlayerWindow.h"
+#include "support/TrackedFake.h"
 
 namespace cantovel::test {
 
-class FakeVideoPlayerWindow : public Form, public VideoPlayerWindow {
+class FakeVideoPlayerWindow : public Form,
+                              public VideoPlayerWindow,
+                              public TrackedFake<FakeVideoPlayerWindow, VideoPlayerWindow> {
     Q_OBJECT
   public:
-    // Makes the component factory load this window when the player touches it.
-    static void install();
-
     FakeVideoPlayerWindow();
     ~FakeVideoPlayerWindow() override;
 

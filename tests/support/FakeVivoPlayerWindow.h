@@ -6,16 +6,16 @@
 
 #include "app/Form.h"
 #include "player/VivoPlayerWindow.h"
+#include "support/TrackedFake.h"
 
 namespace cantovel::test {
 
-class FakeVivoPlayerWindow : public Form, public VivoPlayerWindow {
+class FakeVivoPlayerWindow : public Form,
+                             public VivoPlayerWindow,
+                             public TrackedFake<FakeVivoPlayerWindow, VivoPlayerWindow> {
     Q_OBJECT
   public:
-    // Makes the component factory load this window when the player touches it.
-    static void install();
-
-    FakeVivoPlayerWindow() : Form(QStringLiteral("frmVivoPlayer")) {}
+    FakeVivoPlayerWindow() : Form(QStringLiteral("frmVivoPlayer")), TrackedFake(this) {}
 
     void VvWeb1Open(const QString& path) override { calls << QStringLiteral("Open=") + path; }
     void VvWeb1Play() override { calls << QStringLiteral("Play"); }
