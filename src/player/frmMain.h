@@ -9,12 +9,12 @@
 #include <memory>
 
 #include "app/Form.h"
-#include "platform/clock/Timer.h"
-#include "player/player_state.h"
 #include "shell/COSInfo.h"
 #include "shell/Subclass.h"
-#include "skin/SkinControl.h"
 #include "tags/CCRC32.h"
+#include "platform/clock/Timer.h"
+#include "player/player_state.h"
+#include "skin/SkinControl.h"
 
 namespace cantovel {
 
@@ -23,7 +23,7 @@ class MediaPlayer;
 
 class frmMain : public Form, public PlayerState {
     Q_OBJECT
-  public:
+public:
     frmMain();
     ~frmMain() override;
 
@@ -146,15 +146,15 @@ class frmMain : public Form, public PlayerState {
     int eqLevel_ = 0;
     int progressAnchor_ = 0;
 
-  public slots:
+public slots:
     // A command handed over by a later start of the program: "[Restore App]" or a path.
     void Form_LinkExecute(const QString& command);
 
-  protected:
+protected:
     bool queryUnload(UnloadMode mode) override;
     bool unloadEvent() override;
 
-  private:
+private:
     // ---- Opening media ----
     // Which way a file came in; the messages differ by it.
     enum class OpenEntry { Dialog, CommandLine, Dde, Mru, Drop, PlayCurrent };

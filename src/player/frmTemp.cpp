@@ -33,9 +33,8 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
         mnuFileMRU[i]->setVisible(false);
     }
     mnuFile->addSeparator();
-    mnuClearCantovelMRU =
-        item(mnuFile, "mnuClearCantovelMRU",
-             QStringLiteral("Clear Cantovel &Most Recently Used (MRU) Files List"));
+    mnuClearCantovelMRU = item(mnuFile, "mnuClearCantovelMRU",
+                               QStringLiteral("Clear Cantovel &Most Recently Used (MRU) Files List"));
     mnuFile->addSeparator();
     mnuExit = item(mnuFile, "mnuExit", QStringLiteral("E&xit"));
 
@@ -54,13 +53,11 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     mnuCDtoMP3 = item(mnuConversions, "mnuCDtoMP3", QStringLiteral("Convert CD to &MP3..."));
     mnuWAVtoMP3 = item(mnuConversions, "mnuWAVtoMP3", QStringLiteral("Convert WAV to M&P3..."));
     mnuMP3toWAV = item(mnuConversions, "mnuMP3toWAV", QStringLiteral("Convert MP3 to W&AV..."));
-    mnuWAVBatch =
-        item(mnuConversions, "mnuWAVBatch", QStringLiteral("&Batch WAV Format Converter..."));
+    mnuWAVBatch = item(mnuConversions, "mnuWAVBatch", QStringLiteral("&Batch WAV Format Converter..."));
 
     mnuOptions = menu("mnuOptions", QStringLiteral("&Options"));
     mnuPreferences = item(mnuOptions, "mnuPreferences", QStringLiteral("&Preferences"));
-    mnuAssociate =
-        item(mnuOptions, "mnuAssociate", QStringLiteral("&Associate  Supported File Types"));
+    mnuAssociate = item(mnuOptions, "mnuAssociate", QStringLiteral("&Associate  Supported File Types"));
     mnuOptions->addSeparator();
     mnuMMProperties = mnuOptions->addMenu(QStringLiteral("&System Multimedia Properties"));
     mnuMMProperties->setObjectName(QStringLiteral("mnuMMProperties"));
@@ -74,8 +71,7 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     mnuWindow = menu("mnuWindow", QStringLiteral("&Window"));
     mnuCDDB = item(mnuWindow, "mnuCDDB", QStringLiteral("&CDDB Access Player"));
     mnuAdvCDPlayer = item(mnuWindow, "mnuAdvCDPlayer", QStringLiteral("&Audio CD Control Panel"));
-    mnuAdvVideoCDPlayer =
-        item(mnuWindow, "mnuAdvVideoCDPlayer", QStringLiteral("&Video CD Player"));
+    mnuAdvVideoCDPlayer = item(mnuWindow, "mnuAdvVideoCDPlayer", QStringLiteral("&Video CD Player"));
     mnuWindow->addSeparator();
     mnuRollup = item(mnuWindow, "mnuRollup", QStringLiteral("&Roll Up"));
     mnuMinTray = item(mnuWindow, "mnuMinTray", QStringLiteral("Minimize to System &Tray"));
@@ -84,8 +80,7 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     mnuHelpFile = item(mnuHelp, "mnuHelpFile", QStringLiteral("&Help Topics"));
     mnuHelp->addSeparator();
     mnuMailBrightfen = item(mnuHelp, "mnuMailBrightfen", QStringLiteral("&E-mail Brightfen"));
-    mnuVisitBrightfen =
-        item(mnuHelp, "mnuVisitBrightfen", QStringLiteral("&Visit Brightfen on the Web"));
+    mnuVisitBrightfen = item(mnuHelp, "mnuVisitBrightfen", QStringLiteral("&Visit Brightfen on the Web"));
     mnuSites = mnuHelp->addMenu(QStringLiteral("&Recommended Sites..."));
     mnuSites->setObjectName(QStringLiteral("mnuSites"));
     mnuHelp->addSeparator();
@@ -128,9 +123,7 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     wireTransport();
 }
 
-frmTemp& frmTemp::get() {
-    return Forms::touch<frmTemp>();
-}
+frmTemp& frmTemp::get() { return Forms::touch<frmTemp>(); }
 
 frmTemp::~frmTemp() {
     // The player may report its closing as it goes; this window no longer listens.

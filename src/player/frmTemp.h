@@ -16,7 +16,7 @@ namespace cantovel {
 
 class frmTemp : public Form {
     Q_OBJECT
-  public:
+public:
     frmTemp();
     ~frmTemp() override;
     // The window, loaded on first touch.
@@ -95,7 +95,7 @@ class frmTemp : public Form {
     // The recently used media files, set up by the main window's load; may be null.
     std::unique_ptr<MruList> MRU;
 
-  public slots:
+public slots:
     // ---- Transport menu handlers: they forward to the main window ----
     void mnuPlay_Click();
     // A user stop: no loop follows it.
@@ -113,7 +113,7 @@ class frmTemp : public Form {
     void MP_OpenStateChange(int oldState, int newState);
     void MP_PlayStateChange(int oldState, int newState);
 
-  private:
+private:
     void wireTransport();
     void seek(int step);
 

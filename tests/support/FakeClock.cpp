@@ -7,9 +7,7 @@
 
 namespace cantovel::test {
 
-void FakeClock::doEvents() {
-    QCoreApplication::processEvents();
-}
+void FakeClock::doEvents() { QCoreApplication::processEvents(); }
 
 bool FakeClock::wait(int ms, const std::function<bool()>& done) {
     ++waits;
@@ -49,8 +47,6 @@ void FakeClock::timerChanged(Timer* timer) {
         due_.remove(timer);
 }
 
-void FakeClock::timerGone(Timer* timer) {
-    due_.remove(timer);
-}
+void FakeClock::timerGone(Timer* timer) { due_.remove(timer); }
 
 }  // namespace cantovel::test

@@ -13,8 +13,7 @@ int FakeMsgBox::show(const QString& text, int style, const QString& title, QWidg
     }
     static const int firstAnswer[] = {Mb::OK, Mb::OK, Mb::Abort, Mb::Yes, Mb::Yes, Mb::Retry};
     static const int secondAnswer[] = {Mb::OK, Mb::Cancel, Mb::Retry, Mb::No, Mb::No, Mb::Cancel};
-    static const int thirdAnswer[] = {Mb::OK,     Mb::Cancel, Mb::Ignore,
-                                      Mb::Cancel, Mb::No,     Mb::Cancel};
+    static const int thirdAnswer[] = {Mb::OK, Mb::Cancel, Mb::Ignore, Mb::Cancel, Mb::No, Mb::Cancel};
     int b = Mb::buttonsOf(style);
     if (b > 5) b = 0;
     if (style & Mb::DefaultButton3) return thirdAnswer[b];
