@@ -59,16 +59,6 @@ TEST_F(TransportTest, StopAndOpenButtonsStopOnlyWhatIsLoaded) {
     EXPECT_EQ(MP().PlayState(), MediaPlayer::mpPlaying);
 }
 
-TEST_F(TransportTest, MuteAndHelpButtonsRunTheirMenuItems) {
-    int mutes = 0, helps = 0;
-    QObject::connect(temp->mnuMute, &QAction::triggered, [&] { ++mutes; });
-    QObject::connect(temp->mnuHelpFile, &QAction::triggered, [&] { ++helps; });
-    main->imgButton_Click(6);
-    main->imgButton_Click(7);
-    EXPECT_EQ(mutes, 1);
-    EXPECT_EQ(helps, 1);
-}
-
 TEST_F(TransportTest, PauseWithNothingLoadedSpeaksOnlyThroughTheMenu) {
     main->imgButton_Click(2);
     EXPECT_TRUE(msgBox().shown.isEmpty());  // the item is off while idle
@@ -181,11 +171,6 @@ TEST_F(TransportTest, DraggingInAQueueSeeksTheQueuePlayer) {
     main->imgPlayProgress_MouseMove(0, 0, 0, 0);
     main->imgPlayProgress_MouseMove(1, 0, 62, 0);
     EXPECT_EQ(AM()->calls.last(), QStringLiteral("CurrentPosition=5"));
-}
-
-TEST_F(TransportTest, DraggingWithNothingLoadedDoesNothing) {
-    main->imgPlayProgress_MouseMove(1, 0, 50, 0);
-    EXPECT_EQ(main->imgPlayProgress.rect.left(), 16);
 }
 
 TEST_F(TransportTest, DeleteAnsweredNoStillSendsTheFileToTheTrash) {
