@@ -8,6 +8,7 @@
 #include "app/Utilities.h"
 #include "platform/Components.h"
 #include "platform/clock/Clock.h"
+#include "platform/mediaplayer/MediaPlayer.h"
 #include "platform/mixer/Mixer.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
@@ -85,8 +86,10 @@ void frmMain::Form_Load(const QString& commandLine) {
     show();
     Clock::get().doEvents();
 
-    // 13.
+    // 13. frmTemp's load set MP's volume while PlayerVolume was still 0.
+    if (temp.MP) temp.MP->setVolume(int(Int(PlayerVolume / 100.0 * 10000)) - 10000);
     Mixer::get().SetMasterVolume(MasterVolume);
+    if (temp.MP) temp.MP->setBalance(0);
 
     // 15.
     if (Val(ReadAppSetting(QStringLiteral("Always Ontop"), QStringLiteral("0"))) == 1) FormOnTop(this, true);

@@ -16,6 +16,7 @@
 #include "player/frmTemp.h"
 #include "support/AppTest.h"
 #include "support/FakeInstanceLink.h"
+#include "support/FakeMediaPlayer.h"
 #include "support/FakeMixer.h"
 
 using namespace cantovel;
@@ -139,6 +140,15 @@ TEST_F(StartupTest, VolumesComeFromTheSettingAndTheMixer) {
     EXPECT_EQ(main->PlayerVolume, 37);
     EXPECT_EQ(main->MasterVolume, 64);
     EXPECT_EQ(ReadAppSetting("Master Volume", "x"), "64");
+}
+
+TEST_F(StartupTest, HiddenPlayerTakesThePlayersVolumeCentred) {
+    FakeMediaPlayer::install();
+    SaveAppSetting("Volume", "50");
+    start();
+    auto& mp = *frmTemp::get().MP;
+    EXPECT_EQ(mp.Volume(), -5000);
+    EXPECT_EQ(mp.Balance(), 0);
 }
 
 TEST_F(StartupTest, NoMixerKeepsMasterVolume255AndSaysNothing) {
