@@ -10,8 +10,13 @@
 
 #include "app/Form.h"
 #include "platform/clock/Timer.h"
+#include "platform/pictureclip/PictureClip.h"
 #include "player/player_state.h"
+#include "skin/CCaptionlessWindowMover.h"
 #include "skin/SkinControl.h"
+#include "skin/SkinLabel.h"
+
+class QMenu;
 
 namespace cantovel {
 
@@ -44,10 +49,102 @@ public:
     // volume 12-14, the master volume 15-17.
     std::array<SkinControl, 18> imgTime;
 
-    // The skin in use; empty for the built-in one.
-    void LoadSkin(const QString& skinPath);
+    // ---- Face and skin (skin/frmMain_display.cpp, skin/frmMain_skin.cpp) -------------
+    // The window's own picture: the whole face, or the rolled-up one.
+    QPixmap Picture;
+    // Strips: the digits 0-9, the eight buttons' pressed faces, the four volume buttons'.
+    PictureClip clpDigits, clpButtons, clpVolumeButtons;
+    // "Seek Previous", "Play", "Pause", "Stop", "Seek Next", "Open File", "Mute", "Help".
+    std::array<SkinControl, 8> imgButton;
+    // Increase player, increase master, decrease player, decrease master.
+    std::array<SkinControl, 4> imgVolumeButton;
+    SkinControl imgEQ, imgPlayProgress, imgBalance;
+    SkinControl imgSysMenu, imgMinimize, imgRollUp, imgClose;
+    SkinControl lblmnuFile, lblmnuPlayBack, lblmnuConversions, lblmnuOptions, lblmnuWindow,
+        lblmnuHelp;
+    // Invisible holders: the full face while rolled up, and the rolled-up face.
+    SkinControl imgTemp, imgBack;
+    // The title (0) and its three shadows.
+    std::array<SkinLabel, 4> lblTitle;
+    CCaptionlessWindowMover Mover;
+
+    // Applies a skin folder (empty: the built-in skin). A "/" it adds to the path reaches
+    // the caller's string.
+    void LoadSkin(QString& SkinPath);
+    void LoadSkin(const QString& SkinPath);
+    // Gives a picture file to a control or strip; false (and nothing changed) when the
+    // file cannot be read as a picture.
+    bool LoadPic(SkinControl& Target, const QString& Path);
+    bool LoadPic(PictureClip& Target, const QString& Path);
+
+    void Title(const QString& Text);
+    // The level picture, cut to Level x 1.61 pixels; 0 hides it.
+    void EQVolume(int Level);
+    void RollUp();
+    // A three-digit read-out: FirstOffset 0 is the player's volume, 3 the master volume.
+    void ShowNumberField(int FirstOffset, const QString& Text);
+    // A six-digit clock: FirstCell 0 is the elapsed time, 6 the length.
+    void ShowClockField(int FirstCell, const QString& Text);
+    // The position thumb from a time, and a time from the thumb.
+    void ThumbFromTime(double Position, double Length);
+    long TimeFromThumb(double Length) const;
+    // The clock text of a time: hours, minutes and seconds of two digits each, read as
+    // one number, so "000342" shows as "342".
+    static QString ClockText(double Seconds);
+    // Places the thumb from the position and paints the elapsed digits from the thumb,
+    // so that digits and thumb agree.
+    void ShowPosition(double Position, double Length);
     // Paints the two three-digit volume read-outs.
     void PaintVolumes();
+
+    // Mouse events of the windowless controls. Button: 1 left, 2 right, 4 middle; Shift:
+    // 1 shift, 2 ctrl, 4 alt; X and Y in pixels from the control's corner.
+    void imgButton_MouseDown(int Index, int Button, int Shift, int X, int Y);
+    void imgButton_MouseUp(int Index, int Button, int Shift, int X, int Y);
+    void imgPlayProgress_MouseMove(int Button, int Shift, int X, int Y);
+    void imgBalance_MouseMove(int Button, int Shift, int X, int Y);
+
+    // ---- Defined with the transport commands (player core) ----------------------------
+    void imgButton_Click(int Index);
+    void mnuStop();
+
+    // ---- Volume and balance (player/frmMain_volume.cpp) --------------------------------
+    void VolumeStep(int Index);
+    void imgVolumeButton_MouseDown(int Index, int Button, int Shift, int X, int Y);
+    void imgVolumeButton_MouseUp(int Index, int Button, int Shift, int X, int Y);
+    void tmrVolume_Timer();
+    // The index of the held volume button.
+    int tmrVolumeTag = 0;
+    // Sets the player's volume on every player control that is there.
+    void ApplyPlayerVolume();
+    void mnuMute();
+    // The balance thumb from a value -1000..1000, and the value from the thumb.
+    void SetBalance(int Value);
+    int GetBalance() const;
+    // Gives the balance of the thumb to the audio player.
+    void ApplyBalance();
+
+    // ---- Keys and window commands (player/frmMain_keys.cpp) ----------------------------
+    void Form_KeyDown(int KeyCode, int Shift);
+    // Opens one of frmTemp's menus below a menu word.
+    void PopupBelow(QMenu* menu, const SkinControl& label);
+    void lblmnuFile_Click();
+    void lblmnuPlayBack_Click();
+    void lblmnuConversions_Click();
+    void lblmnuOptions_Click();
+    void lblmnuWindow_Click();
+    void lblmnuHelp_Click();
+    // Readies the system menu: Restore only for a minimised window, Close the default.
+    void PrepareSysMenu();
+    // Whether any player control is playing (play state 2).
+    bool AnyPlayerPlaying() const;
+    void imgSysMenu_Click();
+    void imgSysMenu_DblClick();
+    void imgMinimize_Click();
+    void imgRollUp_Click();
+    void imgClose_Click();
+    void Form_DblClick();
+
     // Opens the one path given on the command line, if it names an existing file.
     void OpenCommandLine(const QString& path);
 
@@ -58,6 +155,48 @@ public slots:
 protected:
     bool queryUnload(UnloadMode mode) override;
     bool unloadEvent() override;
+
+    // ---- Face: painting and the mouse of the windowless controls ----------------------
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    // ---- Face ---------------------------------------------------------------------------
+    // A place on the face that takes the mouse.
+    struct Area {
+        enum Kind {
+            None, Button, VolumeButton, PlayProgress, Balance, SysMenu, Minimize, RollUpBox,
+            Close, MenuWord, Digit, Level, TitleLabel
+        };
+        Kind kind = None;
+        int index = 0;
+    };
+    Area areaAt(const QPoint& pt) const;
+    QRect areaRect(const Area& area) const;
+    QString areaToolTip(const Area& area) const;
+    void areaMouseDown(const Area& area, int button, int shift, const QPoint& pt);
+    void areaMouseMove(const Area& area, int buttons, int shift, const QPoint& pt);
+    void areaMouseUp(const Area& area, int button, int shift, const QPoint& pt);
+    void areaClick(const Area& area);
+    void areaDblClick(const Area& area);
+    void layOutFace();
+    bool applySkin(QString& SkinPath);
+
+    // The text last painted in each clock field.
+    std::array<QString, 2> clockCache_;
+    // The pointer's X over each thumb while no button is held.
+    int progressAnchor_ = 0;
+    int balanceAnchor_ = 0;
+    // The area that took the last press, until its release.
+    Area pressed_;
+    bool pressActive_ = false;
+    bool dblClicked_ = false;
+    bool faceLaidOut_ = false;
 };
 
 }  // namespace cantovel

@@ -1,0 +1,18 @@
+// Stand-ins for procedures that come with the transport commands and the media player;
+// this file goes when they land.
+#include "app/Forms.h"
+#include "player/frmMain.h"
+#include "player/frmTemp.h"
+
+namespace cantovel {
+
+void frmMain::imgButton_Click(int Index) {
+    frmTemp& temp = Forms::touch<frmTemp>();
+    if (Index == 5) emit temp.mnuPlay->triggered();
+}
+
+void frmMain::mnuStop() {}
+
+bool frmMain::AnyPlayerPlaying() const { return false; }
+
+}  // namespace cantovel
