@@ -3,6 +3,7 @@
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
 #include "platform/dialogs/QtFileDialogs.h"
+#include "platform/instance/LocalInstanceLink.h"
 #include "platform/mixer/AlsaMixer.h"
 #include "platform/msgbox/QtMsgBox.h"
 #include "platform/registry/RegistryStore.h"
@@ -17,6 +18,7 @@ void registerProductionComponents() {
     Components::provideService<Registry>(std::make_shared<RegistryStore>());
     Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
     Components::provideService<Shell>(std::make_shared<DesktopShell>());
+    Components::provideFactory<InstanceLink>([] { return std::make_unique<LocalInstanceLink>(); });
 }
 
 }  // namespace cantovel

@@ -1,5 +1,6 @@
 // Commands from a later start of the program.
 #include "player/frmMain.h"
+#include "shell/WindowHelpers.h"
 
 namespace cantovel {
 
@@ -9,10 +10,7 @@ void frmMain::Form_LinkExecute(const QString& command) {
     raise();
     if (command.isEmpty()) return;
     if (command == QLatin1String("[Restore App]")) {
-        if (isMinimized()) showNormal();
-        show();
-        raise();
-        activateWindow();
+        ForceFrontWindow(this, true);
         return;
     }
     QString path = command;

@@ -11,6 +11,7 @@
 #include "platform/mixer/Mixer.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
+#include "shell/WindowHelpers.h"
 
 namespace cantovel {
 
@@ -36,6 +37,9 @@ void frmMain::Form_Load(const QString& commandLine) {
 
     // 2.
     AppClosing = VFalse;
+
+    // 3.
+    OSInfo = std::make_unique<COSInfo>();
 
     // 4. The first touch of frmTemp loads it.
     frmTemp& temp = Forms::touch<frmTemp>();
@@ -68,7 +72,12 @@ void frmMain::Form_Load(const QString& commandLine) {
     SaveAppSetting(QStringLiteral("Master Volume"), QString::number(MasterVolume));
     PaintVolumes();
 
-    // 10. Dropped files reach the window.
+    // 10. The messages the window handles itself: moves and sizes (a docked playlist
+    // follows), position changes (kept in the work area), caption clicks, menus, drops.
+    Subclass1.setHWnd(this);
+    for (quint32 msg : {Wm::MOVE, Wm::SIZE, Wm::WINDOWPOSCHANGING, Wm::NCRBUTTONDOWN,
+                        Wm::NCRBUTTONUP, Wm::INITMENUPOPUP, Wm::DROPFILES})
+        Subclass1.setMessages(msg, true);
     setAcceptDrops(true);
 
     // 11.
@@ -77,6 +86,9 @@ void frmMain::Form_Load(const QString& commandLine) {
 
     // 13.
     Mixer::get().SetMasterVolume(MasterVolume);
+
+    // 15.
+    if (Val(ReadAppSetting(QStringLiteral("Always Ontop"), QStringLiteral("0"))) == 1) FormOnTop(this, true);
 
     // 17. One path, quotes allowed; nothing happens for an empty or missing one.
     QString path = commandLine.trimmed();

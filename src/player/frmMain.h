@@ -9,6 +9,8 @@
 #include <memory>
 
 #include "app/Form.h"
+#include "shell/COSInfo.h"
+#include "shell/Subclass.h"
 #include "platform/clock/Timer.h"
 #include "platform/pictureclip/PictureClip.h"
 #include "player/player_state.h"
@@ -37,6 +39,11 @@ public:
 
     // The list of record: full paths of the loaded media or playlist entries.
     QStringList List1;
+
+    // Kept for the window's whole life.
+    std::unique_ptr<COSInfo> OSInfo;
+    // The window-message hook, subscribed at load.
+    Subclass Subclass1{this};
 
     // Timers; all start disabled.
     Timer Timer1{500};

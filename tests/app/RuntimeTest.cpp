@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "app/Runtime.h"
+#include "support/QtPrinters.h"
 
 using namespace cantovel;
 

@@ -123,6 +123,10 @@ TEST_F(StartupTest, FirstStartLoadsTheCaptionlessWindowWithDefaultsAndNoMessage)
     EXPECT_EQ(main->imgTime[11].toolTip, "Track Length");
     EXPECT_EQ(main->imgTime[14].toolTip, "Cantovel Volume");
     EXPECT_EQ(main->imgTime[15].toolTip, "Master Volume");
+    EXPECT_TRUE(main->OSInfo);
+    EXPECT_EQ(main->Subclass1.hWnd(), main);
+    EXPECT_TRUE(main->Subclass1.messages(0x233));
+    EXPECT_FALSE(main->windowFlags() & Qt::WindowStaysOnTopHint);
     for (auto* t : {&main->Timer1, &main->Timer2, &main->Timer3, &main->CDR_Timer, &main->tmrVolume})
         EXPECT_FALSE(t->isEnabled());
 }
@@ -172,6 +176,13 @@ TEST_F(StartupTest, SavedPositionIsUsedOnlyWithPositionOn) {
     frmMain* main = start();
     const double tpp = 1440.0 / main->screen()->logicalDotsPerInchX();
     EXPECT_EQ(main->pos(), QPoint(int(1500 / tpp), int(750 / tpp)));
+}
+
+TEST_F(StartupTest, AlwaysOntopMakesTheWindowTopmost) {
+    SaveAppSetting("Always Ontop", "1");
+    frmMain* main = start();
+    EXPECT_TRUE(main->windowFlags() & Qt::WindowStaysOnTopHint);
+    EXPECT_TRUE(main->isVisible());
 }
 
 TEST_F(StartupTest, UnloadClosesEveryOtherFormLastFirst) {

@@ -104,7 +104,7 @@ TEST_F(DesktopShellTest, MissingTargetsGiveTheClassicCodes) {
 
 TEST_F(DesktopShellTest, StartedProgramIsFollowedUntilItEnds) {
     qint64 pid = 0;
-    ASSERT_EQ(shell.start("sh", {"-c", "sleep 60"}, home, &pid), 42);
+    ASSERT_EQ(shell.start("sh", {"-c", "exec sleep 60"}, home, &pid), 42);
     ASSERT_GT(pid, 0);
     EXPECT_TRUE(shell.isRunning(pid));
     ::kill(pid_t(pid), SIGKILL);

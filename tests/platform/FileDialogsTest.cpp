@@ -8,7 +8,6 @@
 #include <QTimer>
 
 #include "platform/dialogs/QtFileDialogs.h"
-#include "support/FakeFileDialogs.h"
 
 using namespace cantovel;
 
@@ -95,17 +94,4 @@ TEST(FileDialogs, FolderChoiceStartsWhereAskedAndCancelGivesEmptyText) {
 
     QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });
     EXPECT_EQ(dialogs.browseForFolder(nullptr, "Pick", dir.path()), QString());
-}
-
-TEST(FileDialogs, FakeAnswersFromItsScript) {
-    test::FakeFileDialogs fake;
-    fake.scriptFiles({"/a.mp3", "/b.mp3"});
-    fake.scriptCancel();
-    FileDialogRequest one;
-    EXPECT_EQ(fake.open(nullptr, one).files, QStringList({"/a.mp3"}));
-    EXPECT_TRUE(fake.save(nullptr, one).cancelled);
-    EXPECT_EQ(fake.browseForFolder(nullptr, "Where?", "/tmp"), QString());
-    ASSERT_EQ(fake.calls.size(), 3);
-    EXPECT_EQ(fake.calls[2].kind, test::DialogCall::Folder);
-    EXPECT_EQ(fake.calls[2].prompt, "Where?");
 }

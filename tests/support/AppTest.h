@@ -16,6 +16,7 @@
 #include "platform/registry/RegistryStore.h"
 #include "support/FakeClock.h"
 #include "support/FakeMsgBox.h"
+#include "support/QtPrinters.h"
 
 namespace cantovel::test {
 

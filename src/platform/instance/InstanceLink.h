@@ -10,7 +10,7 @@ namespace cantovel {
 
 class InstanceLink : public QObject {
     Q_OBJECT
-public:
+  public:
     using QObject::QObject;
     ~InstanceLink() override = default;
 
@@ -22,7 +22,7 @@ public:
     // acknowledgement. On failure `error` says why.
     virtual bool execute(const QString& command, int timeoutMs, QString* error) = 0;
 
-signals:
+  signals:
     // A command arrived from another process. It has been acknowledged already.
     void commandReceived(const QString& command);
 };

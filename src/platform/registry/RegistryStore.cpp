@@ -9,7 +9,9 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QStandardPaths>
+#include <algorithm>
 #include <cerrno>
 #include <functional>
 #include <memory>
@@ -54,8 +56,32 @@ QString rootName(RegRoot root) {
 
 namespace {
 
+// Names match the way the registry matches them: without regard to case. Names are
+// nearly always ASCII, which is folded here without a call into Qt.
+inline char16_t fold(QChar c) {
+    const char16_t u = c.unicode();
+    if (u < 128) return u >= 'A' && u <= 'Z' ? char16_t(u + 32) : u;
+    return c.toCaseFolded().unicode();
+}
+
 bool sameName(const QString& a, const QString& b) {
-    return a.compare(b, Qt::CaseInsensitive) == 0;
+    if (a.size() != b.size()) return false;
+    for (qsizetype i = 0; i < a.size(); ++i)
+        if (a[i] != b[i] && fold(a[i]) != fold(b[i])) return false;
+    return true;
+}
+
+// A name as a hash key that ignores case, without making a folded copy.
+struct FoldedName {
+    QString name;
+    bool operator==(const FoldedName& o) const { return sameName(name, o.name); }
+};
+
+size_t qHash(const FoldedName& n, size_t seed = 0) {
+    // FNV-1a over the folded characters.
+    size_t h = 14695981039346656037ull ^ seed;
+    for (QChar c : n.name) h = (h ^ fold(c)) * 1099511628211ull;
+    return h;
 }
 
 // One key of the tree a file holds. Values and subkeys stay in the order they were made.
@@ -75,11 +101,27 @@ struct Key {
         subkeys.back()->name = n;
         return subkeys.back().get();
     }
-    qsizetype valueIndex(const QString& n) const {
-        for (qsizetype i = 0; i < values.size(); ++i)
-            if (sameName(values[i].first, n)) return i;
-        return -1;
+    qsizetype valueIndex(const QString& n) const { return index.value(FoldedName{n}) - 1; }
+    // Writes over a value of the same name (keeping the name's first spelling), or adds one.
+    void put(const QString& n, RegValue v) {
+        qsizetype& slot = index[FoldedName{n}];
+        if (slot > 0) {
+            values[slot - 1].second = std::move(v);
+            return;
+        }
+        values.append({n, std::move(v)});
+        slot = values.size();
     }
+    void removeValue(qsizetype i) {
+        values.removeAt(i);
+        index.clear();
+        for (qsizetype j = 0; j < values.size(); ++j)
+            index.insert(FoldedName{values[j].first}, j + 1);
+    }
+
+  private:
+    // Name to position in `values` plus one: a key may hold hundreds of values.
+    QHash<FoldedName, qsizetype> index;
 };
 
 // Key paths are separated by backslashes; empty parts (a doubled or trailing separator)
@@ -97,33 +139,58 @@ Key* findKey(Key& root, const QString& path) {
     return k;
 }
 
+// Characters a quoted text carries as a backslash and a letter: the export syntax's own
+// two, and the line breaks, which would otherwise end the line.
+constexpr std::pair<char, char> Escapes[] = {{'\\', '\\'}, {'"', '"'}, {'\r', 'r'}, {'\n', 'n'}};
+
 // ---- parsing -------------------------------------------------------------------------
 
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+    return -1;
+}
+
+// A hexadecimal number of 1 to `maxDigits` digits, the whole of `v`.
+std::optional<quint32> hexNumber(QByteArrayView v, int maxDigits) {
+    v = v.trimmed();
+    if (v.isEmpty() || v.size() > maxDigits) return std::nullopt;
+    quint32 n = 0;
+    for (char c : v) {
+        const int d = hexDigit(c);
+        if (d < 0) return std::nullopt;
+        n = n * 16 + quint32(d);
+    }
+    return n;
+}
+
+// Works on the file's bytes: every read parses the whole file (a damaged line anywhere
+// makes it damaged), so this stays lean.
 class Parser {
   public:
-    Parser(const QByteArray& bytes, const QString& root) : root_(root) {
-        lines_ = bytes.split('\n');
-    }
+    Parser(const QByteArray& bytes, const QString& root) : text_(bytes), root_(root) {}
 
     // False when the text is not a REGEDIT4 file of this root.
     bool parse(Key& tree) {
         bool header = false;
         Key* current = nullptr;
-        for (line_ = 0; line_ < lines_.size(); ++line_) {
-            QString text = lineText(line_).trimmed();
+        QByteArrayView line;
+        while (nextLine(line)) {
+            line = line.trimmed();
             if (!header) {
-                if (text.startsWith(QChar(0xFEFF))) text.remove(0, 1);
-                if (text.isEmpty()) continue;
-                if (text != QLatin1String("REGEDIT4")) return false;
+                if (line.startsWith("\xEF\xBB\xBF")) line = line.sliced(3);
+                if (line.isEmpty()) continue;
+                if (line != "REGEDIT4") return false;
                 header = true;
                 continue;
             }
-            if (text.isEmpty() || text.startsWith(u';')) continue;
-            if (text.startsWith(u'[')) {
-                current = section(tree, text);
+            if (line.isEmpty() || line.front() == ';') continue;
+            if (line.front() == '[') {
+                current = section(tree, line);
                 if (!current) return false;
-            } else if (text.startsWith(u'"') || text.startsWith(u'@')) {
-                if (!current || !value(*current, text)) return false;
+            } else if (line.front() == '"' || line.front() == '@') {
+                if (!current || !value(*current, line)) return false;
             } else {
                 return false;
             }
@@ -132,16 +199,20 @@ class Parser {
     }
 
   private:
-    QString lineText(qsizetype i) const {
-        QByteArray raw = lines_[i];
-        if (raw.endsWith('\r')) raw.chop(1);
-        return QString::fromUtf8(raw);
+    bool nextLine(QByteArrayView& line) {
+        if (pos_ >= text_.size()) return false;
+        qsizetype end = text_.indexOf('\n', pos_);
+        if (end < 0) end = text_.size();
+        line = text_.sliced(pos_, end - pos_);
+        if (line.endsWith('\r')) line.chop(1);
+        pos_ = end + 1;
+        return true;
     }
 
     // "[HKEY_CURRENT_USER\Software\Brightfen]": the key, made with its parents.
-    Key* section(Key& tree, const QString& text) {
-        if (!text.endsWith(u']') || text.size() < 3 || text[1] == u'-') return nullptr;
-        const QString inner = text.mid(1, text.size() - 2);
+    Key* section(Key& tree, QByteArrayView line) {
+        if (!line.endsWith(']') || line.size() < 3 || line[1] == '-') return nullptr;
+        const QString inner = QString::fromUtf8(line.sliced(1, line.size() - 2));
         const qsizetype cut = inner.indexOf(u'\\');
         if (!sameName(inner.left(cut < 0 ? inner.size() : cut), root_)) return nullptr;
         Key* k = &tree;
@@ -150,134 +221,109 @@ class Parser {
         return k;
     }
 
-    // A quoted text from `pos` (at the opening quote); `pos` ends after the closing one.
-    static bool quoted(const QString& s, qsizetype& pos, QString& out) {
-        if (pos >= s.size() || s[pos] != u'"') return false;
-        for (++pos; pos < s.size(); ++pos) {
-            QChar c = s[pos];
-            if (c == u'"') {
+    // The bytes of a quoted text starting at `pos` (the opening quote); `pos` ends after
+    // the closing quote.
+    static bool quoted(QByteArrayView s, qsizetype& pos, QByteArray& out) {
+        if (pos >= s.size() || s[pos] != '"') return false;
+        qsizetype start = ++pos;
+        for (; pos < s.size(); ++pos) {
+            const char c = s[pos];
+            if (c == '"') {
+                out.append(s.sliced(start, pos - start));
                 ++pos;
                 return true;
             }
-            if (c == u'\\') {
-                if (++pos >= s.size()) return false;
-                switch (s[pos].unicode()) {
-                    case '\\':
-                        c = u'\\';
-                        break;
-                    case '"':
-                        c = u'"';
-                        break;
-                    case 'r':
-                        c = u'\r';
-                        break;
-                    case 'n':
-                        c = u'\n';
-                        break;
-                    default:
-                        return false;
-                }
-            }
-            out.append(c);
+            if (c != '\\') continue;
+            out.append(s.sliced(start, pos - start));
+            if (++pos >= s.size()) return false;
+            const auto* e = std::find_if(std::begin(Escapes), std::end(Escapes),
+                                         [&](const auto& p) { return p.second == s[pos]; });
+            if (e == std::end(Escapes)) return false;
+            out.append(e->first);
+            start = pos + 1;
         }
         return false;
     }
 
-    static bool hexBytes(const QString& list, QByteArray& out) {
-        const QString t = list.trimmed();
-        if (t.isEmpty()) return true;
-        for (const QString& item : t.split(u',')) {
-            const QString b = item.trimmed();
-            bool ok = false;
-            const uint v = b.toUInt(&ok, 16);
-            if (!ok || b.size() > 2 || v > 0xFF) return false;
-            out.append(char(v));
+    // "01,02,ff", going on over further lines while a line ends in a backslash.
+    bool hexBytes(QByteArrayView list, QByteArray& out) {
+        for (;;) {
+            list = list.trimmed();
+            const bool more = list.endsWith('\\');
+            if (more) list.chop(1);
+            qsizetype i = 0;
+            while (i < list.size()) {
+                qsizetype comma = list.indexOf(',', i);
+                if (comma < 0) comma = list.size();
+                const auto byte = hexNumber(list.sliced(i, comma - i), 2);
+                // A trailing comma before a continuation is allowed.
+                if (!byte && !(more && comma == list.size() && list.sliced(i).trimmed().isEmpty()))
+                    return false;
+                if (byte) out.append(char(*byte));
+                i = comma + 1;
+            }
+            if (!more) return true;
+            if (!nextLine(list)) return false;
         }
-        return true;
     }
 
     // `"Name"=...` or `@=...`.
-    bool value(Key& key, const QString& text) {
+    bool value(Key& key, QByteArrayView line) {
         qsizetype pos = 0;
-        QString name;
-        if (text[0] == u'@') {
+        QByteArray name;
+        if (line.front() == '@')
             pos = 1;
-        } else if (!quoted(text, pos, name)) {
+        else if (!quoted(line, pos, name))
             return false;
-        }
-        while (pos < text.size() && text[pos].isSpace()) ++pos;
-        if (pos >= text.size() || text[pos] != u'=') return false;
-        QString data = text.mid(pos + 1).trimmed();
+        QByteArrayView data = line.sliced(pos).trimmed();
+        if (!data.startsWith('=')) return false;
+        data = data.sliced(1).trimmed();
 
         RegValue v;
-        if (data.startsWith(u'"')) {
+        if (data.startsWith('"')) {
             qsizetype p = 0;
-            QString s;
-            if (!quoted(data, p, s) || !data.mid(p).trimmed().isEmpty()) return false;
-            v = RegValue::text(s);
-        } else if (data.startsWith(QLatin1String("dword:"), Qt::CaseInsensitive)) {
-            const QString digits = data.mid(6).trimmed();
-            bool ok = false;
-            const uint n = digits.toUInt(&ok, 16);
-            if (!ok || digits.isEmpty() || digits.size() > 8) return false;
-            v = RegValue::dword(n);
-        } else if (data.startsWith(QLatin1String("hex"), Qt::CaseInsensitive)) {
-            const qsizetype colon = data.indexOf(u':');
+            if (!quoted(data, p, v.data) || !data.sliced(p).trimmed().isEmpty()) return false;
+            v.data.append('\0');
+        } else if (data.startsWith("dword:")) {
+            const auto n = hexNumber(data.sliced(6), 8);
+            if (!n) return false;
+            v = RegValue::dword(*n);
+        } else if (data.startsWith("hex")) {
+            const qsizetype colon = data.indexOf(':');
             if (colon < 0) return false;
-            const QString kind = data.mid(3, colon - 3);
+            const QByteArrayView kind = data.sliced(3, colon - 3);
             v.type = REG_BINARY;
             if (!kind.isEmpty()) {
-                if (!kind.startsWith(u'(') || !kind.endsWith(u')')) return false;
-                bool ok = false;
-                v.type = kind.mid(1, kind.size() - 2).toUInt(&ok, 16);
-                if (!ok) return false;
+                const auto t = kind.startsWith('(') && kind.endsWith(')')
+                                   ? hexNumber(kind.sliced(1, kind.size() - 2), 8)
+                                   : std::nullopt;
+                if (!t) return false;
+                v.type = *t;
             }
-            QString list = data.mid(colon + 1);
-            // Long lists go on over several lines, each ending in a backslash.
-            while (list.trimmed().endsWith(u'\\')) {
-                list = list.trimmed();
-                list.chop(1);
-                if (++line_ >= lines_.size()) return false;
-                list += lineText(line_);
-            }
-            if (!hexBytes(list, v.data)) return false;
+            if (!hexBytes(data.sliced(colon + 1), v.data)) return false;
         } else {
             return false;
         }
-        const qsizetype i = key.valueIndex(name);
-        if (i >= 0)
-            key.values[i].second = v;
-        else
-            key.values.append({name, v});
+        key.put(QString::fromUtf8(name), std::move(v));
         return true;
     }
 
+    QByteArrayView text_;
     QString root_;
-    QList<QByteArray> lines_;
-    qsizetype line_ = 0;
+    qsizetype pos_ = 0;
 };
 
 // ---- writing -------------------------------------------------------------------------
 
 void appendQuoted(QByteArray& out, const QString& s) {
     out.append('"');
-    for (QChar c : s) {
-        switch (c.unicode()) {
-            case '\\':
-                out.append("\\\\");
-                break;
-            case '"':
-                out.append("\\\"");
-                break;
-            case '\r':
-                out.append("\\r");
-                break;
-            case '\n':
-                out.append("\\n");
-                break;
-            default:
-                out.append(QString(c).toUtf8());
-        }
+    for (char c : s.toUtf8()) {
+        const auto* e = std::find_if(std::begin(Escapes), std::end(Escapes),
+                                     [&](const auto& p) { return p.first == c; });
+        if (e == std::end(Escapes))
+            out.append(c);
+        else
+            out.append('\\').append(e->second);
     }
     out.append('"');
 }
@@ -336,13 +382,34 @@ QByteArray serialize(const Key& tree, const QString& root) {
 
 enum class Load { Ok, Damaged, Failed };
 
+// The whole file; nothing when it cannot be read, empty when it does not exist.
+std::optional<QByteArray> readFile(const QString& file) {
+    const int fd = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return errno == ENOENT ? std::optional<QByteArray>(QByteArray()) : std::nullopt;
+    struct stat st {};
+    QByteArray bytes;
+    bool ok = ::fstat(fd, &st) == 0;
+    if (ok) bytes.reserve(qsizetype(st.st_size) + 1);
+    char chunk[16384];
+    while (ok) {
+        const ssize_t n = ::read(fd, chunk, sizeof chunk);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) {
+            ok = n == 0;
+            break;
+        }
+        bytes.append(chunk, n);
+    }
+    ::close(fd);
+    return ok ? std::optional<QByteArray>(std::move(bytes)) : std::nullopt;
+}
+
 Load load(const QString& file, const QString& root, Key& tree) {
     tree = Key{};
-    QFile f(file);
-    if (!f.open(QIODevice::ReadOnly)) return f.exists() ? Load::Failed : Load::Ok;
-    const QByteArray bytes = f.readAll();
-    if (f.error() != QFileDevice::NoError) return Load::Failed;
-    if (!Parser(bytes, root).parse(tree)) {
+    const std::optional<QByteArray> bytes = readFile(file);
+    if (!bytes) return Load::Failed;
+    if (bytes->isNull()) return Load::Ok;  // no file yet
+    if (!Parser(*bytes, root).parse(tree)) {
         tree = Key{};
         return Load::Damaged;
     }
@@ -503,11 +570,7 @@ bool RegistryStore::setValue(RegRoot root, const QString& key, const QString& na
     return modify(fileFor(root), rootName(root), [&](Key& tree) {
         Key* k = findKey(tree, key);
         if (!k) return Change::Failed;
-        const qsizetype i = k->valueIndex(name);
-        if (i >= 0)
-            k->values[i].second = value;
-        else
-            k->values.append({name, value});
+        k->put(name, value);
         return Change::Made;
     });
 }
@@ -517,7 +580,7 @@ bool RegistryStore::deleteValue(RegRoot root, const QString& key, const QString&
         Key* k = findKey(tree, key);
         const qsizetype i = k ? k->valueIndex(name) : -1;
         if (i < 0) return Change::Failed;
-        k->values.removeAt(i);
+        k->removeValue(i);
         return Change::Made;
     });
 }

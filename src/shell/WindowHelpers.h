@@ -1,0 +1,22 @@
+#pragma once
+// Small services around windows: centring, staying on top, coming to the front.
+
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+
+class QWidget;
+
+namespace cantovel {
+
+// Where a window of `form` size sits centred on `screen`.
+QPoint centeredPosition(const QRect& screen, const QSize& form);
+// Centres a window on its screen.
+void CenterForm(QWidget* form);
+// Keeps a window above the others, or lets it go; a shown window stays shown.
+void FormOnTop(QWidget* form, bool onTop);
+// Brings a window to the front and gives it the focus: nothing for no window or the active
+// one; a minimised window is restored first when `restore` asks.
+void ForceFrontWindow(QWidget* window, bool restore);
+
+}  // namespace cantovel

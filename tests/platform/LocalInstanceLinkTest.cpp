@@ -1,0 +1,211 @@
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <cstdio>
+
+#include "platform/instance/LocalInstanceLink.h"
+
+using namespace cantovel;
+
+namespace {
+
+constexpr int Generous = 10000;  // a bound for waits that should end at once
+
+// Runs this test program again as a second instance doing `mode` (see InstanceLinkChild).
+class Child {
+  public:
+    Child(const QString& folder, const QString& mode) {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert("CANTOVEL_LINK_CHILD", mode);
+        env.insert("CANTOVEL_LINK_FOLDER", folder);
+        process.setProcessEnvironment(env);
+        process.setProgram(QCoreApplication::applicationFilePath());
+        process.setArguments({"--gtest_filter=InstanceLinkChild.*"});
+        process.start();
+    }
+    ~Child() {
+        if (process.state() != QProcess::NotRunning) {
+            process.kill();
+            process.waitForFinished();
+        }
+    }
+    // Waits until the child printed `marker` on a line of its own.
+    bool waitFor(const QByteArray& marker) {
+        while (!output.contains(marker + '\n')) {
+            if (!process.waitForReadyRead(Generous)) return false;
+            output += process.readAllStandardOutput();
+        }
+        return true;
+    }
+    bool finish() {
+        const bool ended = process.waitForFinished(Generous);
+        output += process.readAllStandardOutput();
+        return ended && process.exitStatus() == QProcess::NormalExit;
+    }
+    QProcess process;
+    QByteArray output;
+};
+
+// Lets events run until `done` answers true or `ms` pass; returns `done()`.
+bool waitUntil(const std::function<bool()>& done, int ms = Generous) {
+    QEventLoop loop;
+    QTimer beat, limit;
+    QObject::connect(&beat, &QTimer::timeout, &loop, [&] {
+        if (done()) loop.quit();
+    });
+    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
+    beat.start(5);
+    limit.start(ms);
+    if (!done()) loop.exec();
+    return done();
+}
+
+// The commands a link received.
+QStringList* record(InstanceLink& link) {
+    auto* list = new QStringList;
+    QObject::connect(&link, &QObject::destroyed, [list] { delete list; });
+    QObject::connect(&link, &InstanceLink::commandReceived,
+                     [list](const QString& c) { *list << c; });
+    return list;
+}
+
+void say(const QByteArray& line) {
+    std::fputs((line + '\n').constData(), stdout);
+    std::fflush(stdout);
+}
+
+}  // namespace
+
+// The second process of the tests below; skipped when run on its own.
+TEST(InstanceLinkChild, Run) {
+    const QString mode = qEnvironmentVariable("CANTOVEL_LINK_CHILD");
+    if (mode.isEmpty()) GTEST_SKIP() << "runs only as the second process of the link tests";
+    LocalInstanceLink link(qEnvironmentVariable("CANTOVEL_LINK_FOLDER"));
+    ASSERT_TRUE(link.listen());
+    if (mode == "crash") {
+        say("LISTENING");
+        std::_Exit(0);  // lock file and socket stay behind, as after a crash
+    }
+    QString got;
+    bool received = false;
+    QEventLoop loop;
+    QObject::connect(&link, &InstanceLink::commandReceived, [&](const QString& c) {
+        got = c;
+        received = true;
+        loop.quit();
+    });
+    QTimer::singleShot(Generous, &loop, &QEventLoop::quit);
+    say("LISTENING");
+    loop.exec();
+    ASSERT_TRUE(received);
+    say("GOT:" + got.toUtf8());
+}
+
+class InstanceLinkTest : public ::testing::Test {
+  protected:
+    QTemporaryDir dir;
+};
+
+TEST_F(InstanceLinkTest, RestoreAppArrivesAndIsAcknowledged) {
+    LocalInstanceLink first(dir.path());
+    ASSERT_FALSE(first.otherInstanceRunning());
+    ASSERT_TRUE(first.listen());
+    EXPECT_FALSE(first.otherInstanceRunning());  // it is the running instance itself
+    QStringList& received = *record(first);
+
+    LocalInstanceLink second(dir.path());
+    EXPECT_TRUE(second.otherInstanceRunning());
+    EXPECT_FALSE(second.listen());
+    QString error = "stale";
+    ASSERT_TRUE(second.execute("[Restore App]", Generous, &error)) << error.toStdString();
+    EXPECT_TRUE(error.isEmpty());
+    const QString path = QString::fromUtf8("\"/music/Ärger – ♪.mp3\"");
+    ASSERT_TRUE(second.execute(path, Generous, &error)) << error.toStdString();
+
+    ASSERT_TRUE(waitUntil([&] { return received.size() == 2; }));
+    EXPECT_EQ(received, QStringList({"[Restore App]", path}));
+}
+
+TEST_F(InstanceLinkTest, TheSocketIsTheOwnersOnly) {
+    LocalInstanceLink link(dir.path());
+    ASSERT_TRUE(link.listen());
+    const QFileInfo socket(link.socketPath());
+    ASSERT_TRUE(socket.exists());
+    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
+                        QFile::WriteOther | QFile::ExeOther;
+    EXPECT_EQ(socket.permissions() & others, 0);
+}
+
+TEST_F(InstanceLinkTest, NoInstanceIsAnErrorWithoutWaiting) {
+    LocalInstanceLink link(dir.path());
+    EXPECT_FALSE(link.otherInstanceRunning());
+    QString error;
+    // A long time-out that the answer must not wait for: the error says no one listens,
+    // not that time ran out.
+    EXPECT_FALSE(link.execute("[Restore App]", 600000, &error));
+    EXPECT_EQ(error, "No running instance listens.");
+}
+
+TEST_F(InstanceLinkTest, AnInstanceThatNeverAnswersTimesOut) {
+    LocalInstanceLink link(dir.path());
+    QLocalServer mute;
+    ASSERT_TRUE(mute.listen(link.socketPath()));
+    QString error;
+    EXPECT_FALSE(link.execute("[Restore App]", 200, &error));
+    EXPECT_EQ(error, "The running instance did not answer within 200 ms.");
+}
+
+TEST_F(InstanceLinkTest, AWrongAnswerIsAnError) {
+    LocalInstanceLink link(dir.path());
+    QLocalServer rude;
+    ASSERT_TRUE(rude.listen(link.socketPath()));
+    QObject::connect(&rude, &QLocalServer::newConnection, [&] {
+        QLocalSocket* s = rude.nextPendingConnection();
+        s->write("NO\n");
+        s->flush();
+    });
+    QString error;
+    EXPECT_FALSE(link.execute("[Restore App]", Generous, &error));
+    EXPECT_EQ(error, "The running instance gave an unexpected answer.");
+    EXPECT_FALSE(link.execute("two\nlines", Generous, &error));
+}
+
+TEST_F(InstanceLinkTest, ACommandArrivesFromAnotherProcess) {
+    Child child(dir.path(), "serve");
+    ASSERT_TRUE(child.waitFor("LISTENING")) << child.output.toStdString();
+    LocalInstanceLink second(dir.path());
+    EXPECT_TRUE(second.otherInstanceRunning());
+    QString error;
+    EXPECT_TRUE(second.execute("[Restore App]", Generous, &error)) << error.toStdString();
+    ASSERT_TRUE(child.finish());
+    EXPECT_TRUE(child.output.contains("GOT:[Restore App]\n")) << child.output.toStdString();
+}
+
+TEST_F(InstanceLinkTest, ALockLeftByADeadProcessIsNoRunningInstance) {
+    {
+        Child child(dir.path(), "crash");
+        ASSERT_TRUE(child.waitFor("LISTENING")) << child.output.toStdString();
+        ASSERT_TRUE(child.finish());
+    }
+    LocalInstanceLink link(dir.path());
+    ASSERT_TRUE(QFileInfo::exists(link.lockPath()));
+    ASSERT_TRUE(QFileInfo::exists(link.socketPath()));
+    EXPECT_FALSE(link.otherInstanceRunning());
+    QString error;
+    EXPECT_FALSE(link.execute("x", Generous, &error));
+    EXPECT_EQ(error, "The running instance refused the link.");
+    // The stale socket gives way to the new instance, which then serves.
+    ASSERT_TRUE(link.listen());
+    QStringList& received = *record(link);
+    LocalInstanceLink second(dir.path());
+    EXPECT_TRUE(second.otherInstanceRunning());
+    EXPECT_TRUE(second.execute("x", Generous, &error)) << error.toStdString();
+    EXPECT_TRUE(waitUntil([&] { return received == QStringList({"x"}); }));
+}

@@ -1,0 +1,233 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QUrl>
+#include <QWidget>
+
+#include "shell/Subclass.h"
+
+using namespace cantovel;
+
+namespace {
+
+struct Seen {
+    quint32 msg;
+    qintptr wParam, lParam;
+};
+
+// Records every WndProc; `handle` runs inside it.
+struct Recorder {
+    explicit Recorder(Subclass& s) {
+        QObject::connect(&s, &Subclass::WndProc,
+                         [this](quint32 msg, qintptr w, qintptr l, long* result) {
+                             seen.append({msg, w, l});
+                             if (handle) handle(msg, w, l, result);
+                         });
+    }
+    QList<quint32> messages() const {
+        QList<quint32> out;
+        for (const Seen& s : seen) out << s.msg;
+        return out;
+    }
+    QList<Seen> seen;
+    std::function<void(quint32, qintptr, qintptr, long*)> handle;
+};
+
+std::unique_ptr<QWidget> frameless(QSize size = {300, 175}) {
+    auto w = std::make_unique<QWidget>(nullptr, Qt::FramelessWindowHint);
+    w->resize(size);
+    w->move(100, 100);
+    w->show();
+    QApplication::processEvents();
+    return w;
+}
+
+}  // namespace
+
+TEST(Subclass, WatchListKeepsOneEntryPerMessage) {
+    Subclass s;
+    s.setMessages(Wm::MOVE, true);
+    s.setMessages(Wm::SIZE, true);
+    s.setMessages(Wm::MOVE, true);
+    EXPECT_EQ(s.watchedMessages(), QList<quint32>({Wm::MOVE, Wm::SIZE}));
+    EXPECT_TRUE(s.messages(Wm::MOVE));
+    s.setMessages(Wm::MOVE, false);
+    EXPECT_EQ(s.watchedMessages(), QList<quint32>({Wm::SIZE}));
+    EXPECT_FALSE(s.messages(Wm::MOVE));
+    EXPECT_EQ(s.CallWndProc(Wm::SIZE, 0, 0), 0);  // no window
+}
+
+TEST(Subclass, HookingFollowsHWnd) {
+    auto w = frameless();
+    Subclass s;
+    Recorder r(s);
+    s.setMessages(Wm::MOVE, true);
+    s.setHWnd(w.get());
+    EXPECT_EQ(Subclass::hookOf(w.get()), &s);
+    s.setHWnd(w.get());  // the same window: nothing changes
+    w->move(120, 130);
+    ASSERT_EQ(r.messages(), QList<quint32>({Wm::MOVE}));
+    EXPECT_EQ(Wm::loWord(r.seen[0].lParam), 120);
+    EXPECT_EQ(Wm::hiWord(r.seen[0].lParam), 130);
+
+    s.setHWnd(nullptr);
+    EXPECT_EQ(Subclass::hookOf(w.get()), nullptr);
+    w->move(140, 150);
+    EXPECT_EQ(r.seen.size(), 1);
+
+    // A window has one hook: a second Subclass takes it over.
+    s.setHWnd(w.get());
+    Subclass other;
+    other.setHWnd(w.get());
+    EXPECT_EQ(Subclass::hookOf(w.get()), &other);
+    EXPECT_EQ(s.hWnd(), nullptr);
+    // A window that goes takes its row with it.
+    QWidget* raw = w.get();
+    w.reset();
+    EXPECT_EQ(Subclass::hookOf(raw), nullptr);
+    EXPECT_EQ(other.hWnd(), nullptr);
+}
+
+TEST(Subclass, PositionChangingHandlerKeepsTheWindowInsideAnArea) {
+    auto w = frameless({100, 50});
+    Subclass s;
+    Recorder r(s);
+    const QRect area(0, 0, 640, 480);
+    r.handle = [&](quint32 msg, qintptr w, qintptr l, long*) {
+        if (msg != Wm::WINDOWPOSCHANGING) return;
+        auto* pos = reinterpret_cast<WindowPos*>(l);
+        if (pos->x < area.left())
+            pos->x = area.left();
+        else if (pos->x + pos->cx > area.right() + 1)
+            pos->x = area.right() + 1 - pos->cx;
+        if (pos->y < area.top())
+            pos->y = area.top();
+        else if (pos->y + pos->cy > area.bottom() + 1)
+            pos->y = area.bottom() + 1 - pos->cy;
+        s.CallWndProc(msg, w, l);
+    };
+    s.setHWnd(w.get());
+    s.setMessages(Wm::WINDOWPOSCHANGING, true);
+    s.setMessages(Wm::MOVE, true);
+
+    w->move(-40, 700);
+    QApplication::processEvents();
+    EXPECT_EQ(w->pos(), QPoint(0, 430));
+    // The window never reported itself outside: its one move is to the corrected place.
+    QList<QPoint> moves;
+    for (const Seen& e : r.seen)
+        if (e.msg == Wm::MOVE) moves << QPoint(Wm::loWord(e.lParam), Wm::hiWord(e.lParam));
+    EXPECT_EQ(moves, QList<QPoint>({QPoint(0, 430)}));
+
+    // Inside the area nothing is changed.
+    w->move(200, 100);
+    EXPECT_EQ(w->pos(), QPoint(200, 100));
+    // Growing past the edge moves the window back in.
+    w->resize(100, 200);
+    EXPECT_EQ(w->geometry(), QRect(200, 100, 100, 200));
+    w->move(200, 400);
+    EXPECT_EQ(w->pos(), QPoint(200, 280));
+}
+
+TEST(Subclass, ADropReachesWndProcWithItsPathsInOrder) {
+    QWidget list;
+    Subclass s;
+    Recorder r(s);
+    QStringList during;
+    r.handle = [&](quint32 msg, qintptr, qintptr, long*) {
+        if (msg == Wm::DROPFILES) during = s.droppedFiles();
+    };
+    s.setHWnd(&list);
+    EXPECT_FALSE(list.acceptDrops());
+    s.setMessages(Wm::DROPFILES, true);
+    EXPECT_TRUE(list.acceptDrops());
+
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile("/music/b.mp3"), QUrl("http://example.org/x.mp3"),
+                  QUrl::fromLocalFile("/music/a song.wav")});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&list, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&list, &drop);
+    ASSERT_EQ(r.messages(), QList<quint32>({Wm::DROPFILES}));
+    EXPECT_EQ(during, QStringList({"/music/b.mp3", "/music/a song.wav"}));
+    EXPECT_TRUE(s.droppedFiles().isEmpty());
+
+    // A drop of no local file is no file drop.
+    QMimeData text;
+    text.setText("hello");
+    QDropEvent other(QPointF(5, 5), Qt::CopyAction, &text, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&list, &other);
+    EXPECT_EQ(r.seen.size(), 1);
+
+    s.setMessages(Wm::DROPFILES, false);
+    EXPECT_FALSE(list.acceptDrops());
+}
+
+TEST(Subclass, RightClickOnTheCaptionRowsIsANonClientClick) {
+    auto w = frameless();
+    auto* face = new QLabel(w.get());  // the skin covers the window
+    face->setGeometry(0, 0, 300, 175);
+    face->show();
+    Subclass s;
+    Recorder r(s);
+    s.setHWnd(w.get());
+    s.setMessages(Wm::NCRBUTTONDOWN, true);
+    s.setMessages(Wm::NCRBUTTONUP, true);
+
+    auto click = [&](QEvent::Type type, QPoint at, Qt::MouseButton button) {
+        QMouseEvent e(type, QPointF(at), QPointF(face->mapToGlobal(at)), button,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : button, Qt::NoModifier);
+        QApplication::sendEvent(face, &e);
+    };
+    click(QEvent::MouseButtonPress, {40, 5}, Qt::RightButton);
+    click(QEvent::MouseButtonRelease, {40, 5}, Qt::RightButton);
+    ASSERT_EQ(r.messages(), QList<quint32>({Wm::NCRBUTTONDOWN, Wm::NCRBUTTONUP}));
+    EXPECT_EQ(r.seen[1].wParam, Wm::HTCAPTION);
+    const QPoint global = face->mapToGlobal(QPoint(40, 5));
+    EXPECT_EQ(Wm::loWord(r.seen[1].lParam), global.x());
+    EXPECT_EQ(Wm::hiWord(r.seen[1].lParam), global.y());
+
+    // Below the caption rows, and with the left button, it is the client's click.
+    click(QEvent::MouseButtonPress, {40, 20}, Qt::RightButton);
+    click(QEvent::MouseButtonPress, {40, 5}, Qt::LeftButton);
+    EXPECT_EQ(r.seen.size(), 2);
+}
+
+TEST(Subclass, OpeningAMenuOfTheWindowRaisesInitMenuPopup) {
+    auto w = frameless();
+    QMenu* menu = new QMenu(w.get());
+    menu->addAction("&Close");
+    QMenu elsewhere;
+    elsewhere.addAction("x");
+    Subclass s;
+    Recorder r(s);
+    s.setHWnd(w.get());
+    s.setMessages(Wm::INITMENUPOPUP, true);
+    menu->popup(QPoint(110, 110));
+    elsewhere.popup(QPoint(110, 110));
+    ASSERT_EQ(r.messages(), QList<quint32>({Wm::INITMENUPOPUP}));
+    EXPECT_EQ(r.seen[0].wParam, reinterpret_cast<qintptr>(menu));
+    menu->close();
+    elsewhere.close();
+}
+
+TEST(Subclass, SizeReportsTheNewSize) {
+    auto w = frameless();
+    Subclass s;
+    Recorder r(s);
+    s.setHWnd(w.get());
+    s.setMessages(Wm::SIZE, true);
+    w->resize(300, 38);
+    ASSERT_EQ(r.messages(), QList<quint32>({Wm::SIZE}));
+    EXPECT_EQ(r.seen[0].wParam, 0);
+    EXPECT_EQ(Wm::loWord(r.seen[0].lParam), 300);
+    EXPECT_EQ(Wm::hiWord(r.seen[0].lParam), 38);
+}
