@@ -114,6 +114,8 @@ public:
     // ---- Defined with the transport commands (player core) ----------------------------
     void imgButton_Click(int Index);
     void mnuStop();
+    // Opens what DroppedFiles holds.
+    void Process_DROPFILES();
 
     // ---- Volume and balance (player/frmMain_volume.cpp) --------------------------------
     void VolumeStep(int Index);
@@ -151,6 +153,13 @@ public:
     void imgRollUp_Click();
     void imgClose_Click();
     void Form_DblClick();
+    // The hook's messages: a docked playlist follows moves, the window stays inside the
+    // work area, the caption's right click opens the system menu, drops are opened.
+    void Subclass1_WndProc(quint32 Msg, qintptr wParam, qintptr lParam, long* Result);
+    // Moves a proposed window place inside an area on all four sides.
+    static void KeepInWorkArea(WindowPos& pos, const QRect& area);
+    // The paths of the drop being handled.
+    QStringList DroppedFiles;
 
     // Opens the one path given on the command line, if it names an existing file.
     void OpenCommandLine(const QString& path);

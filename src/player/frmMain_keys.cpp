@@ -1,8 +1,11 @@
 // The main window has no caption and no menu bar of its own, so it does those jobs itself:
 // hotkeys, the menu words that open frmTemp's menus, the system menu, minimise, roll-up
 // and close.
+#include <QApplication>
+#include <QCursor>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QScreen>
 
 #include "app/Forms.h"
 #include "app/Runtime.h"
@@ -175,5 +178,49 @@ void frmMain::imgRollUp_Click() { RollUp(); }
 void frmMain::imgClose_Click() { unload(); }
 
 void frmMain::Form_DblClick() { RollUp(); }
+
+// ---- Window messages ----------------------------------------------------------------------
+
+void frmMain::Subclass1_WndProc(quint32 Msg, qintptr wParam, qintptr lParam, long* Result) {
+    switch (Msg) {
+        case Wm::MOVE:
+        case Wm::SIZE:
+            // A docked playlist window follows.
+            break;
+        case Wm::WINDOWPOSCHANGING: {
+            auto* pos = reinterpret_cast<WindowPos*>(lParam);
+            const QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+            if (pos && screen) KeepInWorkArea(*pos, screen->availableGeometry());
+            *Result = Subclass1.CallWndProc(Msg, wParam, lParam);
+            break;
+        }
+        case Wm::NCRBUTTONDOWN:
+            break;
+        case Wm::NCRBUTTONUP:
+            if (wParam == Wm::HTCAPTION) {
+                PrepareSysMenu();
+                Forms::touch<frmTemp>().mnuSysMenu->popup(QCursor::pos());
+            }
+            break;
+        case Wm::INITMENUPOPUP:
+            PrepareSysMenu();
+            break;
+        case Wm::DROPFILES:
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+            DroppedFiles = Subclass1.droppedFiles();
+            QApplication::restoreOverrideCursor();
+            Process_DROPFILES();
+            DroppedFiles.clear();
+            break;
+    }
+}
+
+void frmMain::KeepInWorkArea(WindowPos& pos, const QRect& area) {
+    const int right = area.x() + area.width(), bottom = area.y() + area.height();
+    if (pos.x < area.x()) pos.x = area.x();
+    if (pos.x + pos.cx > right) pos.x = right - pos.cx;
+    if (pos.y < area.y()) pos.y = area.y();
+    if (pos.y + pos.cy > bottom) pos.y = bottom - pos.cy;
+}
 
 }  // namespace cantovel

@@ -13,6 +13,8 @@ void frmMain::imgButton_Click(int Index) {
 
 void frmMain::mnuStop() {}
 
+void frmMain::Process_DROPFILES() {}
+
 bool frmMain::AnyPlayerPlaying() const { return false; }
 
 }  // namespace cantovel

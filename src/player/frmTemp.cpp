@@ -100,6 +100,8 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     mnuPreferences->setText(QStringLiteral("&Preferences\tShift+F3"));
     mnuAssociate->setText(QStringLiteral("&Associate  Supported File Types\tShift+F4"));
     popClose->setText(QStringLiteral("Close\tAlt+F4"));
+
+    connectWindowCommands();
 }
 
 frmTemp::~frmTemp() = default;

@@ -85,8 +85,28 @@ public:
     QAction* popVidPause;
     QMenu* popZoom;
 
+    // ---- Window commands (player/frmTemp_commands.cpp) --------------------------------
+    // The rows of "Recommended Sites...".
+    std::array<QAction*, 4> mnuSite{};
+    void mnuRollup_Click();
+    void mnuMute_Click();
+    void mnuPreferences_Click();
+    void mnuMMProperties_Click(int Page);
+    void mnuStartSS_Click();
+    void mnuHelpFile_Click();
+    void mnuMailBrightfen_Click();
+    void mnuVisitBrightfen_Click();
+    void mnuSite_Click(int Index);
+    void mnuAbout_Click();
+    void mnuDisclaimer_Click();
+    void mnuExit_Click();
+    void popRestore_Click();
+    void popMinimize_Click();
+    void popClose_Click();
+
 private:
     QAction* item(QMenu* menu, const char* name, const QString& caption);
+    void connectWindowCommands();
 };
 
 }  // namespace cantovel

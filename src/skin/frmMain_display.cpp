@@ -52,6 +52,7 @@ void frmMain::layOutFace() {
     faceLaidOut_ = true;
     setMouseTracking(true);
     Mover.setForm(this);
+    connect(&Subclass1, &Subclass::WndProc, this, &frmMain::Subclass1_WndProc);
 
     for (int i = 0; i < 6; ++i) {
         imgTime[i].rect = QRect(TimeLefts[i], 42, 9, 17);
