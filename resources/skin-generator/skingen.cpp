@@ -58,7 +58,9 @@ const std::map<QChar, const char*>& tinyGlyphs() {
     return glyphs;
 }
 
-int tinyWidth(const QString& text) { return text.isEmpty() ? 0 : int(text.size()) * 4 - 1; }
+int tinyWidth(const QString& text) {
+    return text.isEmpty() ? 0 : int(text.size()) * 4 - 1;
+}
 
 void tinyText(QPainter& p, int x, int y, const QString& text, const QColor& color) {
     p.save();
@@ -194,8 +196,8 @@ void menuBand(QPainter& p, int width, int top, const std::vector<MenuWord>& word
 // ---- Seven-segment digits --------------------------------------------------------------
 
 // Segments a to g, lit per digit.
-const char* const SegmentsOf[10] = {"abcdef", "bc",    "abdeg", "abcdg",   "bcfg",
-                                    "acdfg",  "acdefg", "abc",  "abcdefg", "abcdfg"};
+const char* const SegmentsOf[10] = {"abcdef", "bc",     "abdeg", "abcdg",   "bcfg",
+                                    "acdfg",  "acdefg", "abc",   "abcdefg", "abcdfg"};
 
 void segment(QPainter& p, int x, int y, char s, const QColor& color) {
     // A 10 by 16 cell; strokes two pixels wide with cut corners.
@@ -219,13 +221,27 @@ void segment(QPainter& p, int x, int y, char s, const QColor& color) {
         path.closeSubpath();
     };
     switch (s) {
-        case 'a': horizontal(y + 1); break;
-        case 'b': vertical(x + 7, y + 2); break;
-        case 'c': vertical(x + 7, y + 8); break;
-        case 'd': horizontal(y + 13); break;
-        case 'e': vertical(x + 1, y + 8); break;
-        case 'f': vertical(x + 1, y + 2); break;
-        case 'g': horizontal(y + 7); break;
+        case 'a':
+            horizontal(y + 1);
+            break;
+        case 'b':
+            vertical(x + 7, y + 2);
+            break;
+        case 'c':
+            vertical(x + 7, y + 8);
+            break;
+        case 'd':
+            horizontal(y + 13);
+            break;
+        case 'e':
+            vertical(x + 1, y + 8);
+            break;
+        case 'f':
+            vertical(x + 1, y + 2);
+            break;
+        case 'g':
+            horizontal(y + 7);
+            break;
     }
     p.fillPath(path, color);
 }
@@ -458,7 +474,9 @@ void levelBars(QPainter& p, int x0, int y0, bool lit) {
     for (int i = 0; i * 3 < 161; ++i) {
         const double t = i * 3 / 160.0;
         QColor c = levelColor(t);
-        if (!lit) c = QColor::fromRgbF(c.redF() * 0.22, c.greenF() * 0.22 + 0.04, c.blueF() * 0.22 + 0.03);
+        if (!lit)
+            c = QColor::fromRgbF(c.redF() * 0.22, c.greenF() * 0.22 + 0.04,
+                                 c.blueF() * 0.22 + 0.03);
         p.fillRect(x0 + i * 3, y0, 2, 7, c);
         if (lit) p.fillRect(x0 + i * 3, y0, 2, 1, c.lighter(135));
     }
@@ -486,9 +504,9 @@ void balanceThumb(QPainter& p, int x, int y) {
 // ---- The main window -------------------------------------------------------------------
 
 const int TimeLefts[6] = {24, 34, 50, 60, 76, 86};
-const std::vector<MenuWord> MainMenuWords{{16, 22, 25, "File"},     {40, 22, 49, "Playback"},
+const std::vector<MenuWord> MainMenuWords{{16, 22, 25, "File"},        {40, 22, 49, "Playback"},
                                           {88, 22, 65, "Conversions"}, {152, 22, 41, "Options"},
-                                          {192, 22, 41, "Window"},   {232, 22, 25, "Help"}};
+                                          {192, 22, 41, "Window"},     {232, 22, 25, "Help"}};
 
 // The top 36 rows are shared by the full face and the rolled-up one.
 void mainTop(QPainter& p) {
@@ -637,7 +655,10 @@ QImage playlistBack() {
     captionBox(p, QRect(276, 3, 9, 9), BoxGlyph::Minimize);
     captionBox(p, QRect(288, 3, 9, 9), BoxGlyph::Close);
     menuBand(p, 300, 20,
-             {{16, 20, 25, "File"}, {40, 20, 25, "Edit"}, {64, 20, 42, "Options"}, {112, 20, 25, "Help"}});
+             {{16, 20, 25, "File"},
+              {40, 20, 25, "Edit"},
+              {64, 20, 42, "Options"},
+              {112, 20, 25, "Help"}});
     // The list sits in a well of its own.
     well(p, QRect(16, 39, 269, 87), QColor(0x20, 0x20, 0x20));
     well(p, QRect(15, 140, 149, 22), QColor(0x14, 0x17, 0x1b));
@@ -665,11 +686,16 @@ int main(int argc, char** argv) {
     }
     const QString out = QString::fromLocal8Bit(argv[1]) + QLatin1Char('/');
     const std::vector<std::pair<const char*, std::function<QImage()>>> files{
-        {"back.bmp", mainBack},          {"buttons.bmp", mainButtons},
-        {"digits.bmp", digits},          {"volume.bmp", volumeButtons},
-        {"eq.bmp", level},               {"thumb.bmp", thumb},
-        {"balance.bmp", balance},        {"rollup.bmp", mainRollup},
-        {"back-playlist.bmp", playlistBack}, {"buttons-playlist.bmp", playlistButtons}};
+        {"back.bmp", mainBack},
+        {"buttons.bmp", mainButtons},
+        {"digits.bmp", digits},
+        {"volume.bmp", volumeButtons},
+        {"eq.bmp", level},
+        {"thumb.bmp", thumb},
+        {"balance.bmp", balance},
+        {"rollup.bmp", mainRollup},
+        {"back-playlist.bmp", playlistBack},
+        {"buttons-playlist.bmp", playlistButtons}};
     for (const auto& [name, draw] : files) {
         const QImage img = draw().convertToFormat(QImage::Format_RGB888);
         if (!img.save(out + QLatin1String(name), "BMP")) {

@@ -57,7 +57,9 @@ QString HelpFolder() {
     return QDir::cleanPath(candidates.first());
 }
 
-QString HelpFilePath() { return HelpFolder() + QStringLiteral("/index.html"); }
+QString HelpFilePath() {
+    return HelpFolder() + QStringLiteral("/index.html");
+}
 
 QString HelpTopicPath(const QString& topic) {
     return HelpFolder() + u'/' + slug(topic) + QStringLiteral(".html");
@@ -69,6 +71,8 @@ void ShowHelpTopic(const QString& topic) {
 }
 
 // The help command of the main menus (and F1 of the main window).
-void OpenHelpContents() { openPage(HelpFilePath()); }
+void OpenHelpContents() {
+    openPage(HelpFilePath());
+}
 
 }  // namespace cantovel

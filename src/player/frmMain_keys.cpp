@@ -47,64 +47,133 @@ void frmMain::keyPressEvent(QKeyEvent* e) {
 
 // Runs a menu item's command, whether the item is enabled or not, as calling its click
 // procedure does; a checkable item keeps its check.
-static void runCommand(QAction* action) { emit action->triggered(action->isChecked()); }
+static void runCommand(QAction* action) {
+    emit action->triggered(action->isChecked());
+}
 
 void frmMain::Form_KeyDown(int KeyCode, int Shift) {
     frmTemp& temp = Forms::touch<frmTemp>();
     switch (Shift) {
         case 4:  // Alt
             switch (KeyCode) {
-                case Vk::F4: unload(); break;
-                case 'F': lblmnuFile_Click(); break;
-                case 'P': lblmnuPlayBack_Click(); break;
-                case 'C': lblmnuConversions_Click(); break;
-                case 'O': lblmnuOptions_Click(); break;
-                case 'W': lblmnuWindow_Click(); break;
-                case 'H': lblmnuHelp_Click(); break;
+                case Vk::F4:
+                    unload();
+                    break;
+                case 'F':
+                    lblmnuFile_Click();
+                    break;
+                case 'P':
+                    lblmnuPlayBack_Click();
+                    break;
+                case 'C':
+                    lblmnuConversions_Click();
+                    break;
+                case 'O':
+                    lblmnuOptions_Click();
+                    break;
+                case 'W':
+                    lblmnuWindow_Click();
+                    break;
+                case 'H':
+                    lblmnuHelp_Click();
+                    break;
             }
             break;
         case 2:  // Ctrl
             switch (KeyCode) {
-                case 'C': runCommand(temp.mnuCDDB); break;
-                case 'I': break;
-                case 'E': runCommand(temp.mnuPlaylist); break;
-                case 'O': runCommand(temp.mnuPlay); break;
-                case 'R': RollUp(); break;
-                case 'P': runCommand(temp.mnuPlayCurrent); break;
-                case 'U': runCommand(temp.mnuPause); break;
+                case 'C':
+                    runCommand(temp.mnuCDDB);
+                    break;
+                case 'I':
+                    break;
+                case 'E':
+                    runCommand(temp.mnuPlaylist);
+                    break;
+                case 'O':
+                    runCommand(temp.mnuPlay);
+                    break;
+                case 'R':
+                    RollUp();
+                    break;
+                case 'P':
+                    runCommand(temp.mnuPlayCurrent);
+                    break;
+                case 'U':
+                    runCommand(temp.mnuPause);
+                    break;
                 // The user's stop from the menu marks itself; this one does not, so a
                 // looping file starts again.
-                case 'S': mnuStop(); break;
-                case 'M': runCommand(temp.mnuMP3Info); break;
-                case 'B': runCommand(temp.mnuWAVBatch); break;
-                case 'T': runCommand(temp.mnuMinTray); break;
-                case Vk::F3: runCommand(temp.mnuWAVtoMP3); break;
-                case Vk::F4: runCommand(temp.mnuMP3toWAV); break;
-                case Vk::F5: runCommand(temp.mnuCDtoMP3); break;
-                case Vk::F6: runCommand(temp.mnuCDtoWAV); break;
-                case Vk::F7: runCommand(temp.mnuMailBrightfen); break;
-                case Vk::F8: runCommand(temp.mnuVisitBrightfen); break;
+                case 'S':
+                    mnuStop();
+                    break;
+                case 'M':
+                    runCommand(temp.mnuMP3Info);
+                    break;
+                case 'B':
+                    runCommand(temp.mnuWAVBatch);
+                    break;
+                case 'T':
+                    runCommand(temp.mnuMinTray);
+                    break;
+                case Vk::F3:
+                    runCommand(temp.mnuWAVtoMP3);
+                    break;
+                case Vk::F4:
+                    runCommand(temp.mnuMP3toWAV);
+                    break;
+                case Vk::F5:
+                    runCommand(temp.mnuCDtoMP3);
+                    break;
+                case Vk::F6:
+                    runCommand(temp.mnuCDtoWAV);
+                    break;
+                case Vk::F7:
+                    runCommand(temp.mnuMailBrightfen);
+                    break;
+                case Vk::F8:
+                    runCommand(temp.mnuVisitBrightfen);
+                    break;
             }
             break;
         case 1:  // Shift
             switch (KeyCode) {
-                case Vk::F3: runCommand(temp.mnuPreferences); break;
-                case Vk::F4: runCommand(temp.mnuAssociate); break;
+                case Vk::F3:
+                    runCommand(temp.mnuPreferences);
+                    break;
+                case Vk::F4:
+                    runCommand(temp.mnuAssociate);
+                    break;
             }
             break;
         default:  // none, or any other combination
             switch (KeyCode) {
-                case Vk::Delete: break;
-                case Vk::F1: runCommand(temp.mnuHelpFile); break;
+                case Vk::Delete:
+                    break;
+                case Vk::F1:
+                    runCommand(temp.mnuHelpFile);
+                    break;
                 case Vk::F2:
-                case Vk::F3: break;
-                case Vk::F6: runCommand(temp.mnuSeekPrev); break;
-                case Vk::F7: runCommand(temp.mnuSeekNext); break;
-                case Vk::F9: mnuMute(); break;
-                case Vk::F11: runCommand(temp.mnuAdvCDPlayer); break;
-                case Vk::F12: runCommand(temp.mnuAdvVideoCDPlayer); break;
+                case Vk::F3:
+                    break;
+                case Vk::F6:
+                    runCommand(temp.mnuSeekPrev);
+                    break;
+                case Vk::F7:
+                    runCommand(temp.mnuSeekNext);
+                    break;
+                case Vk::F9:
+                    mnuMute();
+                    break;
+                case Vk::F11:
+                    runCommand(temp.mnuAdvCDPlayer);
+                    break;
+                case Vk::F12:
+                    runCommand(temp.mnuAdvVideoCDPlayer);
+                    break;
                 // A diagnostic of old: the position read back from the thumb.
-                case 'X': MsgBoxShow(QString::number(TimeFromThumb(TrackLength))); break;
+                case 'X':
+                    MsgBoxShow(QString::number(TimeFromThumb(TrackLength)));
+                    break;
             }
             break;
     }
@@ -148,11 +217,17 @@ void frmMain::lblmnuConversions_Click() {
     PopupBelow(Forms::touch<frmTemp>().mnuConversions, lblmnuConversions);
 }
 
-void frmMain::lblmnuOptions_Click() { PopupBelow(Forms::touch<frmTemp>().mnuOptions, lblmnuOptions); }
+void frmMain::lblmnuOptions_Click() {
+    PopupBelow(Forms::touch<frmTemp>().mnuOptions, lblmnuOptions);
+}
 
-void frmMain::lblmnuWindow_Click() { PopupBelow(Forms::touch<frmTemp>().mnuWindow, lblmnuWindow); }
+void frmMain::lblmnuWindow_Click() {
+    PopupBelow(Forms::touch<frmTemp>().mnuWindow, lblmnuWindow);
+}
 
-void frmMain::lblmnuHelp_Click() { PopupBelow(Forms::touch<frmTemp>().mnuHelp, lblmnuHelp); }
+void frmMain::lblmnuHelp_Click() {
+    PopupBelow(Forms::touch<frmTemp>().mnuHelp, lblmnuHelp);
+}
 
 // ---- Caption areas ------------------------------------------------------------------------
 
@@ -169,15 +244,25 @@ void frmMain::imgSysMenu_Click() {
     PopupBelow(Forms::touch<frmTemp>().mnuSysMenu, imgSysMenu);
 }
 
-void frmMain::imgSysMenu_DblClick() { unload(); }
+void frmMain::imgSysMenu_DblClick() {
+    unload();
+}
 
-void frmMain::imgMinimize_Click() { setWindowState(windowState() | Qt::WindowMinimized); }
+void frmMain::imgMinimize_Click() {
+    setWindowState(windowState() | Qt::WindowMinimized);
+}
 
-void frmMain::imgRollUp_Click() { RollUp(); }
+void frmMain::imgRollUp_Click() {
+    RollUp();
+}
 
-void frmMain::imgClose_Click() { unload(); }
+void frmMain::imgClose_Click() {
+    unload();
+}
 
-void frmMain::Form_DblClick() { RollUp(); }
+void frmMain::Form_DblClick() {
+    RollUp();
+}
 
 // ---- Window messages ----------------------------------------------------------------------
 
@@ -189,7 +274,8 @@ void frmMain::Subclass1_WndProc(quint32 Msg, qintptr wParam, qintptr lParam, lon
             break;
         case Wm::WINDOWPOSCHANGING: {
             auto* pos = reinterpret_cast<WindowPos*>(lParam);
-            const QScreen* screen = this->screen() ? this->screen() : QGuiApplication::primaryScreen();
+            const QScreen* screen =
+                this->screen() ? this->screen() : QGuiApplication::primaryScreen();
             if (pos && screen) KeepInWorkArea(*pos, screen->availableGeometry());
             *Result = Subclass1.CallWndProc(Msg, wParam, lParam);
             break;

@@ -15,6 +15,8 @@ void frmMain::mnuStop() {}
 
 void frmMain::Process_DROPFILES() {}
 
-bool frmMain::AnyPlayerPlaying() const { return false; }
+bool frmMain::AnyPlayerPlaying() const {
+    return false;
+}
 
 }  // namespace cantovel

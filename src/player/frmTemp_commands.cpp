@@ -46,8 +46,7 @@ struct SoundSettings {
 };
 
 QList<SoundSettings> soundSettingsFor(int page) {
-    const QStringList pavuTab =
-        page == 1 ? QStringList{QStringLiteral("--tab=3")} : QStringList{};
+    const QStringList pavuTab = page == 1 ? QStringList{QStringLiteral("--tab=3")} : QStringList{};
     return {{QStringLiteral("pavucontrol"), pavuTab},
             {QStringLiteral("pavucontrol-qt"), pavuTab},
             {QStringLiteral("gnome-control-center"), {QStringLiteral("sound")}},
@@ -55,7 +54,9 @@ QList<SoundSettings> soundSettingsFor(int page) {
             {QStringLiteral("xfce4-mixer"), {}}};
 }
 
-frmMain* mainWindow() { return frmMain::instance(); }
+frmMain* mainWindow() {
+    return frmMain::instance();
+}
 
 }  // namespace
 
@@ -113,10 +114,13 @@ void frmTemp::mnuMMProperties_Click(int Page) {
 
 void frmTemp::mnuStartSS_Click() {
     qint64 pid = 0;
-    Shell::get().start(QStringLiteral("xdg-screensaver"), {QStringLiteral("activate")}, QString(), &pid);
+    Shell::get().start(QStringLiteral("xdg-screensaver"), {QStringLiteral("activate")}, QString(),
+                       &pid);
 }
 
-void frmTemp::mnuHelpFile_Click() { OpenHelpContents(); }
+void frmTemp::mnuHelpFile_Click() {
+    OpenHelpContents();
+}
 
 void frmTemp::mnuMailBrightfen_Click() {
     long result = 0;

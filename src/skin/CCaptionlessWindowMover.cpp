@@ -27,6 +27,8 @@ void CCaptionlessWindowMover::HandleMouseMove(int X, int Y) {
     form_->move(form_->x() - startX_ + X, form_->y() - startY_ + Y);
 }
 
-void CCaptionlessWindowMover::HandleMouseUp() { moving_ = false; }
+void CCaptionlessWindowMover::HandleMouseUp() {
+    moving_ = false;
+}
 
 }  // namespace cantovel

@@ -9,7 +9,7 @@
 namespace cantovel {
 
 class CCaptionlessWindowMover {
-public:
+  public:
     QWidget* Form() const { return form_; }
     void setForm(QWidget* form) { form_ = form; }
 
@@ -20,7 +20,7 @@ public:
 
     bool isMoving() const { return moving_; }
 
-private:
+  private:
     QPointer<QWidget> form_;
     bool moving_ = false;
     int startX_ = 0;

@@ -9,7 +9,8 @@ namespace cantovel {
 namespace {
 
 QString text(const QVariant& v) {
-    if (v.typeId() == QMetaType::Bool) return v.toBool() ? QStringLiteral("True") : QStringLiteral("False");
+    if (v.typeId() == QMetaType::Bool)
+        return v.toBool() ? QStringLiteral("True") : QStringLiteral("False");
     return v.toString();
 }
 
@@ -102,13 +103,16 @@ void INIFiles::WriteINI(const QVariant& Section, const QVariant& Key, const QVar
             break;
         }
     }
-    const QString entry = key + u'=' + value;
-    if (keyLine >= 0)
-        lines[keyLine] = entry;
-    else if (sectionLine >= 0)
-        lines.insert(lastInSection + 1, entry);
-    else
-        lines << u'[' + section + u']' << entry;
+    if (keyLine >= 0) {
+        // The key keeps its own spelling.
+        QString k, v;
+        keyValue(lines[keyLine], &k, &v);
+        lines[keyLine] = k + u'=' + value;
+    } else if (sectionLine >= 0) {
+        lines.insert(lastInSection + 1, key + u'=' + value);
+    } else {
+        lines << u'[' + section + u']' << key + u'=' + value;
+    }
 
     QSaveFile out(FileName);
     result_ = 0;

@@ -9,7 +9,7 @@
 namespace cantovel {
 
 class INIFiles {
-public:
+  public:
     QString FileName;
 
     // The value of `Key` in `Section`, or `Default`. All three are taken as any value and
@@ -20,7 +20,7 @@ public:
 
     static constexpr int BufferSize = 128;
 
-private:
+  private:
     long result_ = 0;  // what the last profile call answered
 };
 

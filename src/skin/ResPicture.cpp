@@ -4,7 +4,9 @@
 
 // The resources live in a static library: nothing would pull them into the program
 // unless they are asked for by name.
-static void initSkinResources() { Q_INIT_RESOURCE(skin); }
+static void initSkinResources() {
+    Q_INIT_RESOURCE(skin);
+}
 
 namespace cantovel {
 

@@ -10,7 +10,7 @@ namespace cantovel {
 
 class frmAbout : public Form {
     Q_OBJECT
-public:
+  public:
     frmAbout();
 
     QLabel* lblTitle;

@@ -10,7 +10,7 @@ namespace cantovel {
 
 class frmDisclaimer : public Form {
     Q_OBJECT
-public:
+  public:
     frmDisclaimer();
 
     QLabel* lblDisclaimer;

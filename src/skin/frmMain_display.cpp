@@ -6,9 +6,9 @@
 #include <QPainter>
 #include <QToolTip>
 
+#include "app/Forms.h"
 #include "app/Runtime.h"
 #include "app/Utilities.h"
-#include "app/Forms.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
 
@@ -28,19 +28,25 @@ const int TimeLefts[6] = {24, 34, 50, 60, 76, 86};
 
 int vbButton(Qt::MouseButton b) {
     switch (b) {
-        case Qt::LeftButton: return 1;
-        case Qt::RightButton: return 2;
-        case Qt::MiddleButton: return 4;
-        default: return 0;
+        case Qt::LeftButton:
+            return 1;
+        case Qt::RightButton:
+            return 2;
+        case Qt::MiddleButton:
+            return 4;
+        default:
+            return 0;
     }
 }
 
 int vbButtons(Qt::MouseButtons b) {
-    return (b & Qt::LeftButton ? 1 : 0) | (b & Qt::RightButton ? 2 : 0) | (b & Qt::MiddleButton ? 4 : 0);
+    return (b & Qt::LeftButton ? 1 : 0) | (b & Qt::RightButton ? 2 : 0) |
+           (b & Qt::MiddleButton ? 4 : 0);
 }
 
 int vbShift(Qt::KeyboardModifiers m) {
-    return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) | (m & Qt::AltModifier ? 4 : 0);
+    return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) |
+           (m & Qt::AltModifier ? 4 : 0);
 }
 
 }  // namespace
@@ -191,7 +197,8 @@ void frmMain::PaintVolumes() {
 void frmMain::ThumbFromTime(double Position, double Length) {
     if (Length == 0) return;  // no length, no place: the thumb stays
     const qint64 left = std::max<qint64>(
-        CInt(Position / Length * double(ThumbEnd - imgPlayProgress.Width()) + ThumbStart), ThumbStart);
+        CInt(Position / Length * double(ThumbEnd - imgPlayProgress.Width()) + ThumbStart),
+        ThumbStart);
     if (left != imgPlayProgress.Left()) {
         imgPlayProgress.setLeft(int(left));
         update();
@@ -280,7 +287,8 @@ void frmMain::RollUp() {
 
 void frmMain::imgButton_MouseDown(int Index, int Button, int, int, int) {
     if (Button != 1) return;
-    for (int i = 0; i < 8; ++i) imgButton[i].setPicture(i == Index ? clpButtons.GraphicCell(i) : QPixmap());
+    for (int i = 0; i < 8; ++i)
+        imgButton[i].setPicture(i == Index ? clpButtons.GraphicCell(i) : QPixmap());
     update();
 }
 
@@ -320,32 +328,52 @@ QRect frmMain::areaRect(const Area& a) const {
     const SkinControl* words[6] = {&lblmnuFile,    &lblmnuPlayBack, &lblmnuConversions,
                                    &lblmnuOptions, &lblmnuWindow,   &lblmnuHelp};
     switch (a.kind) {
-        case Area::Button: return imgButton[a.index].rect;
-        case Area::VolumeButton: return imgVolumeButton[a.index].rect;
-        case Area::PlayProgress: return imgPlayProgress.rect;
-        case Area::Balance: return imgBalance.rect;
-        case Area::SysMenu: return imgSysMenu.rect;
-        case Area::Minimize: return imgMinimize.rect;
-        case Area::RollUpBox: return imgRollUp.rect;
-        case Area::Close: return imgClose.rect;
-        case Area::MenuWord: return words[a.index]->rect;
-        case Area::Digit: return imgTime[a.index].rect;
-        case Area::Level: return imgEQ.rect;
-        case Area::TitleLabel: return lblTitle[a.index].rect;
-        case Area::None: break;
+        case Area::Button:
+            return imgButton[a.index].rect;
+        case Area::VolumeButton:
+            return imgVolumeButton[a.index].rect;
+        case Area::PlayProgress:
+            return imgPlayProgress.rect;
+        case Area::Balance:
+            return imgBalance.rect;
+        case Area::SysMenu:
+            return imgSysMenu.rect;
+        case Area::Minimize:
+            return imgMinimize.rect;
+        case Area::RollUpBox:
+            return imgRollUp.rect;
+        case Area::Close:
+            return imgClose.rect;
+        case Area::MenuWord:
+            return words[a.index]->rect;
+        case Area::Digit:
+            return imgTime[a.index].rect;
+        case Area::Level:
+            return imgEQ.rect;
+        case Area::TitleLabel:
+            return lblTitle[a.index].rect;
+        case Area::None:
+            break;
     }
     return rect();
 }
 
 QString frmMain::areaToolTip(const Area& a) const {
     switch (a.kind) {
-        case Area::Button: return imgButton[a.index].toolTip;
-        case Area::VolumeButton: return imgVolumeButton[a.index].toolTip;
-        case Area::Minimize: return imgMinimize.toolTip;
-        case Area::RollUpBox: return imgRollUp.toolTip;
-        case Area::Close: return imgClose.toolTip;
-        case Area::Digit: return imgTime[a.index].toolTip;
-        default: return {};
+        case Area::Button:
+            return imgButton[a.index].toolTip;
+        case Area::VolumeButton:
+            return imgVolumeButton[a.index].toolTip;
+        case Area::Minimize:
+            return imgMinimize.toolTip;
+        case Area::RollUpBox:
+            return imgRollUp.toolTip;
+        case Area::Close:
+            return imgClose.toolTip;
+        case Area::Digit:
+            return imgTime[a.index].toolTip;
+        default:
+            return {};
     }
 }
 
@@ -353,7 +381,9 @@ QString frmMain::areaToolTip(const Area& a) const {
 void frmMain::areaMouseDown(const Area& a, int button, int shift, const QPoint& fp) {
     const QPoint pt = fp - areaRect(a).topLeft();
     switch (a.kind) {
-        case Area::Button: imgButton_MouseDown(a.index, button, shift, pt.x(), pt.y()); break;
+        case Area::Button:
+            imgButton_MouseDown(a.index, button, shift, pt.x(), pt.y());
+            break;
         case Area::VolumeButton:
             imgVolumeButton_MouseDown(a.index, button, shift, pt.x(), pt.y());
             break;
@@ -362,60 +392,101 @@ void frmMain::areaMouseDown(const Area& a, int button, int shift, const QPoint& 
             // The background and the title carry the window.
             if (button == 1) Mover.HandleMouseDown(fp.x(), fp.y());
             break;
-        default: break;
+        default:
+            break;
     }
 }
 
 void frmMain::areaMouseMove(const Area& a, int buttons, int shift, const QPoint& fp) {
     const QPoint pt = fp - areaRect(a).topLeft();
     switch (a.kind) {
-        case Area::PlayProgress: imgPlayProgress_MouseMove(buttons, shift, pt.x(), pt.y()); break;
-        case Area::Balance: imgBalance_MouseMove(buttons, shift, pt.x(), pt.y()); break;
+        case Area::PlayProgress:
+            imgPlayProgress_MouseMove(buttons, shift, pt.x(), pt.y());
+            break;
+        case Area::Balance:
+            imgBalance_MouseMove(buttons, shift, pt.x(), pt.y());
+            break;
         case Area::None:
-        case Area::TitleLabel: Mover.HandleMouseMove(fp.x(), fp.y()); break;
-        default: break;
+        case Area::TitleLabel:
+            Mover.HandleMouseMove(fp.x(), fp.y());
+            break;
+        default:
+            break;
     }
 }
 
 void frmMain::areaMouseUp(const Area& a, int button, int shift, const QPoint& fp) {
     const QPoint pt = fp - areaRect(a).topLeft();
     switch (a.kind) {
-        case Area::Button: imgButton_MouseUp(a.index, button, shift, pt.x(), pt.y()); break;
+        case Area::Button:
+            imgButton_MouseUp(a.index, button, shift, pt.x(), pt.y());
+            break;
         case Area::VolumeButton:
             imgVolumeButton_MouseUp(a.index, button, shift, pt.x(), pt.y());
             break;
         case Area::None:
-        case Area::TitleLabel: Mover.HandleMouseUp(); break;
-        default: break;
+        case Area::TitleLabel:
+            Mover.HandleMouseUp();
+            break;
+        default:
+            break;
     }
 }
 
 void frmMain::areaClick(const Area& a) {
     switch (a.kind) {
-        case Area::Button: imgButton_Click(a.index); break;
-        case Area::SysMenu: imgSysMenu_Click(); break;
-        case Area::Minimize: imgMinimize_Click(); break;
-        case Area::RollUpBox: imgRollUp_Click(); break;
-        case Area::Close: imgClose_Click(); break;
+        case Area::Button:
+            imgButton_Click(a.index);
+            break;
+        case Area::SysMenu:
+            imgSysMenu_Click();
+            break;
+        case Area::Minimize:
+            imgMinimize_Click();
+            break;
+        case Area::RollUpBox:
+            imgRollUp_Click();
+            break;
+        case Area::Close:
+            imgClose_Click();
+            break;
         case Area::MenuWord:
             switch (a.index) {
-                case 0: lblmnuFile_Click(); break;
-                case 1: lblmnuPlayBack_Click(); break;
-                case 2: lblmnuConversions_Click(); break;
-                case 3: lblmnuOptions_Click(); break;
-                case 4: lblmnuWindow_Click(); break;
-                case 5: lblmnuHelp_Click(); break;
+                case 0:
+                    lblmnuFile_Click();
+                    break;
+                case 1:
+                    lblmnuPlayBack_Click();
+                    break;
+                case 2:
+                    lblmnuConversions_Click();
+                    break;
+                case 3:
+                    lblmnuOptions_Click();
+                    break;
+                case 4:
+                    lblmnuWindow_Click();
+                    break;
+                case 5:
+                    lblmnuHelp_Click();
+                    break;
             }
             break;
-        default: break;
+        default:
+            break;
     }
 }
 
 void frmMain::areaDblClick(const Area& a) {
     switch (a.kind) {
-        case Area::SysMenu: imgSysMenu_DblClick(); break;
-        case Area::None: Form_DblClick(); break;
-        default: break;
+        case Area::SysMenu:
+            imgSysMenu_DblClick();
+            break;
+        case Area::None:
+            Form_DblClick();
+            break;
+        default:
+            break;
     }
 }
 

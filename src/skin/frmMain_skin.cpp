@@ -54,8 +54,7 @@ void frmMain::LoadSkin(QString& SkinPath) {
     layOutFace();
     // 1. The window stays hidden while its pictures change.
     setVisible(false);
-    if (!applySkin(SkinPath))
-        MsgBoxShow(QString::fromLatin1(SkinErrorMessage), Mb::Critical);
+    if (!applySkin(SkinPath)) MsgBoxShow(QString::fromLatin1(SkinErrorMessage), Mb::Critical);
     // 10.
     setVisible(true);
     update();
@@ -111,16 +110,19 @@ bool frmMain::applySkin(QString& SkinPath) {
             INIFiles ini;
             ini.FileName = SkinPath + QStringLiteral("skin.ini");
             const QString font = QStringLiteral("Font");
-            const QString name = ini.ReadINI(font, QStringLiteral("Name"), QStringLiteral("Tahoma"));
+            const QString name =
+                ini.ReadINI(font, QStringLiteral("Name"), QStringLiteral("Tahoma"));
             const int size = int(CInt(Val(ini.ReadINI(font, QStringLiteral("Size"), 7))));
-            const std::optional<bool> italic = CBool(ini.ReadINI(font, QStringLiteral("Italic"), false));
+            const std::optional<bool> italic =
+                CBool(ini.ReadINI(font, QStringLiteral("Italic"), false));
             if (!italic) return false;
-            const std::optional<bool> bold = CBool(ini.ReadINI(font, QStringLiteral("Bold"), false));
+            const std::optional<bool> bold =
+                CBool(ini.ReadINI(font, QStringLiteral("Bold"), false));
             if (!bold) return false;
-            const QColor shadow =
-                ColorFromHex(ini.ReadINI(font, QStringLiteral("ShadowColor"), QStringLiteral("000000")));
-            lblTitle[0].ForeColor =
-                ColorFromHex(ini.ReadINI(font, QStringLiteral("TextColor"), QStringLiteral("FFFFFF")));
+            const QColor shadow = ColorFromHex(
+                ini.ReadINI(font, QStringLiteral("ShadowColor"), QStringLiteral("000000")));
+            lblTitle[0].ForeColor = ColorFromHex(
+                ini.ReadINI(font, QStringLiteral("TextColor"), QStringLiteral("FFFFFF")));
             for (int i = 0; i < 4; ++i) {
                 lblTitle[i].FontName = name;
                 lblTitle[i].FontSize = size;

@@ -22,9 +22,13 @@ namespace cantovel {
 
 namespace {
 
-int valueOf(const QCheckBox* box) { return box->isChecked() ? 1 : 0; }
+int valueOf(const QCheckBox* box) {
+    return box->isChecked() ? 1 : 0;
+}
 
-void setValue(QCheckBox* box, const QString& setting) { box->setChecked(Val(setting) == 1); }
+void setValue(QCheckBox* box, const QString& setting) {
+    box->setChecked(Val(setting) == 1);
+}
 
 QString withoutTrailingSlash(QString path) {
     if (path.size() > 1 && path.endsWith(u'/')) path.chop(1);
@@ -145,8 +149,8 @@ void frmSettings::Command1_Click() {
     if (main) FormOnTop(main, valueOf(Check3) == 1);
     // 2. The title follows the extension switch at once.
     if (main && !main->lblTitle[0].Caption.trimmed().isEmpty())
-        main->Title(ParsePathParts(main->CurrentFile,
-                                   valueOf(chkExtension) ? QStringLiteral("f") : QStringLiteral("b")));
+        main->Title(ParsePathParts(
+            main->CurrentFile, valueOf(chkExtension) ? QStringLiteral("f") : QStringLiteral("b")));
     // 3.
     SaveAppSetting(QStringLiteral("Temp  Location"), Label2->text());
     SaveAppSetting(QStringLiteral("Position"), QString::number(valueOf(Check2)));
@@ -155,7 +159,8 @@ void frmSettings::Command1_Click() {
     SaveAppSetting(QStringLiteral("Show Extension"), QString::number(valueOf(chkExtension)));
     // 4.
     const QString skin = lblSkinPath->text();
-    SaveAppSetting(QStringLiteral("SkinPath"), skin == QLatin1String(DefaultSkin) ? QString() : skin);
+    SaveAppSetting(QStringLiteral("SkinPath"),
+                   skin == QLatin1String(DefaultSkin) ? QString() : skin);
     // 5. The CD reader saves its own settings, when there is one.
     // 6. A return to the default skin waits for the next start, or for "Default".
     if (main && !skin.isEmpty() && PathExists(skin)) main->LoadSkin(skin);
@@ -170,7 +175,9 @@ void frmSettings::Command2_Click() {
     if (!frmMain::instance()) unload();
 }
 
-void frmSettings::cmdCancel_Click() { unload(); }
+void frmSettings::cmdCancel_Click() {
+    unload();
+}
 
 int frmSettings::KeyNumbers(int KeyAscii) {
     if (KeyAscii > 26 && !QStringLiteral("0123456789.").contains(QChar(KeyAscii))) KeyAscii = 0;

@@ -13,7 +13,7 @@ namespace cantovel {
 
 class frmSettings : public Form {
     Q_OBJECT
-public:
+  public:
     frmSettings();
 
     QCheckBox* Check2;        // "&Save Cantovel's Position"

@@ -7,7 +7,7 @@
 namespace cantovel {
 
 class PictureClip {
-public:
+  public:
     QPixmap Picture() const { return picture_; }
     void setPicture(const QPixmap& picture) { picture_ = picture; }
 
@@ -23,7 +23,7 @@ public:
     // strip or a strip without a picture.
     QPixmap GraphicCell(int index) const;
 
-private:
+  private:
     QPixmap picture_;
     int rows_ = 1;
     int cols_ = 1;
