@@ -65,7 +65,7 @@ public:
     std::array<SkinControl, 8> imgButton;
     // Increase player, increase master, decrease player, decrease master.
     std::array<SkinControl, 4> imgVolumeButton;
-    SkinControl imgEQ, imgPlayProgress, imgBalance;
+    SkinControl imgEQ, imgBalance;
     SkinControl imgSysMenu, imgMinimize, imgRollUp, imgClose;
     SkinControl lblmnuFile, lblmnuPlayBack, lblmnuConversions, lblmnuOptions, lblmnuWindow,
         lblmnuHelp;
@@ -84,17 +84,9 @@ public:
     bool LoadPic(SkinControl& Target, const QString& Path);
     bool LoadPic(PictureClip& Target, const QString& Path);
 
-    void Title(const QString& Text);
-    // The level picture, cut to Level x 1.61 pixels; 0 hides it.
-    void EQVolume(int Level);
     void RollUp();
     // A three-digit read-out: FirstOffset 0 is the player's volume, 3 the master volume.
     void ShowNumberField(int FirstOffset, const QString& Text);
-    // A six-digit clock: FirstCell 0 is the elapsed time, 6 the length.
-    void ShowClockField(int FirstCell, const QString& Text);
-    // The position thumb from a time, and a time from the thumb.
-    void ThumbFromTime(double Position, double Length);
-    long TimeFromThumb(double Length) const;
     // The clock text of a time: hours, minutes and seconds of two digits each, read as
     // one number, so "000342" shows as "342".
     static QString ClockText(double Seconds);
@@ -108,14 +100,34 @@ public:
     // 1 shift, 2 ctrl, 4 alt; X and Y in pixels from the control's corner.
     void imgButton_MouseDown(int Index, int Button, int Shift, int X, int Y);
     void imgButton_MouseUp(int Index, int Button, int Shift, int X, int Y);
-    void imgPlayProgress_MouseMove(int Button, int Shift, int X, int Y);
     void imgBalance_MouseMove(int Button, int Shift, int X, int Y);
 
+    // ---- Display interface: the face's painting, which the skin owns ----
+    // The position thumb; its travel runs from left 16 to 268 minus its width.
+    SkinControl imgPlayProgress{QRect(16, 119, 20, 8), QString(), QPixmap()};
+    // Sets the four title labels; nothing when the first already shows the text.
+    void Title(const QString& text);
+    QString TitleText() const;
+    // The level picture, cut to level x 1.61 pixels; 0 hides it. Display only.
+    void EQVolume(quint8 level);
+    // Paints a six-digit clock field: 0 elapsed, 6 length.
+    void ShowClockField(int firstCell, const QString& text);
+    // Places the thumb for a position of a length (both in seconds).
+    void ThumbFromTime(double position, double length);
+    // The time the thumb stands for, in seconds of a length.
+    double TimeFromThumb(double length) const;
+    // Writes the thumb's left and repaints it.
+    void MoveThumb(int left);
+
     // ---- Defined with the transport commands (player core) ----------------------------
-    void imgButton_Click(int Index);
+    void imgButton_Click(int index);
     void mnuStop();
-    // Opens what DroppedFiles holds.
+    // Opens the paths of the last drop, which the window's drop handling leaves in
+    // DroppedFiles, from the first to the last.
     void Process_DROPFILES();
+    QStringList DroppedFiles;
+    // A mouse move over the position thumb, `dx` pixels from where it was grabbed.
+    void imgPlayProgress_MouseMove(Qt::MouseButtons buttons, int dx);
 
     // ---- Volume and balance (player/frmMain_volume.cpp) --------------------------------
     void VolumeStep(int Index);
@@ -158,8 +170,6 @@ public:
     void Subclass1_WndProc(quint32 Msg, qintptr wParam, qintptr lParam, long* Result);
     // Moves a proposed window place inside an area on all four sides.
     static void KeepInWorkArea(WindowPos& pos, const QRect& area);
-    // The paths of the drop being handled.
-    QStringList DroppedFiles;
 
     // Opens the one path given on the command line, if it names an existing file.
     void OpenCommandLine(const QString& path);

@@ -123,6 +123,19 @@ TEST_F(DisplayTest, TheThumbFollowsTheTimeAndTheDigitsFollowTheThumb) {
     EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000058"));
 }
 
+TEST_F(DisplayTest, ADraggedThumbKeepsThePointWhereItWasGrabbed) {
+    frmMain& m = load();
+    m.CurrentFile = QStringLiteral("/music/song.mp3");
+    hover(m, QPoint(16 + 7, 122));
+    press(m, QPoint(16 + 7, 122));
+    drag(m, QPoint(16 + 7 + 50, 122));
+    EXPECT_EQ(m.imgPlayProgress.Left(), 66);
+    drag(m, QPoint(66 + 7 + 30, 140));
+    release(m, QPoint(66 + 7 + 30, 140));
+    EXPECT_EQ(m.imgPlayProgress.Left(), 96);
+    EXPECT_EQ(part(face(m), QRect(96, 119, 20, 8)), picture(m.imgPlayProgress.picture));
+}
+
 TEST_F(DisplayTest, AThumbWiderThanItsTravelStaysAt16) {
     frmMain& m = load();
     QPixmap wide(300, 8);
