@@ -40,6 +40,7 @@ void frmMain::Form_Load(const QString& commandLine) {
 
     // 3.
     OSInfo = std::make_unique<COSInfo>();
+    CRCCheck = std::make_unique<CCRC32>();
 
     // 4. The first touch of frmTemp loads it.
     frmTemp& temp = Forms::touch<frmTemp>();

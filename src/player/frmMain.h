@@ -11,6 +11,7 @@
 #include "app/Form.h"
 #include "shell/COSInfo.h"
 #include "shell/Subclass.h"
+#include "tags/CCRC32.h"
 #include "platform/clock/Timer.h"
 #include "platform/pictureclip/PictureClip.h"
 #include "player/player_state.h"
@@ -42,6 +43,7 @@ public:
 
     // Kept for the window's whole life.
     std::unique_ptr<COSInfo> OSInfo;
+    std::unique_ptr<CCRC32> CRCCheck;
     // The window-message hook, subscribed at load.
     Subclass Subclass1{this};
 

@@ -124,6 +124,7 @@ TEST_F(StartupTest, FirstStartLoadsTheCaptionlessWindowWithDefaultsAndNoMessage)
     EXPECT_EQ(main->imgTime[14].toolTip, "Cantovel Volume");
     EXPECT_EQ(main->imgTime[15].toolTip, "Master Volume");
     EXPECT_TRUE(main->OSInfo);
+    EXPECT_TRUE(main->CRCCheck);
     EXPECT_EQ(main->Subclass1.hWnd(), main);
     EXPECT_TRUE(main->Subclass1.messages(0x233));
     EXPECT_FALSE(main->windowFlags() & Qt::WindowStaysOnTopHint);

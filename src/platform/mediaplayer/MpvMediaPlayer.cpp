@@ -1,0 +1,388 @@
+#include "platform/mediaplayer/MpvMediaPlayer.h"
+
+#include <mpv/client.h>
+
+#include <QGuiApplication>
+#include <QMetaObject>
+#include <algorithm>
+#include <vector>
+
+#include "platform/clock/Clock.h"
+
+namespace cantovel {
+
+namespace {
+
+void setOption(mpv_handle* mpv, const char* name, const QByteArray& value) {
+    mpv_set_option_string(mpv, name, value.constData());
+}
+
+void command(mpv_handle* mpv, std::initializer_list<const char*> args) {
+    std::vector<const char*> argv(args);
+    argv.push_back(nullptr);
+    mpv_command(mpv, argv.data());
+}
+
+std::optional<double> doubleProperty(mpv_handle* mpv, const char* name) {
+    double value = 0;
+    if (!mpv || mpv_get_property(mpv, name, MPV_FORMAT_DOUBLE, &value) < 0) return std::nullopt;
+    return value;
+}
+
+qint64 intProperty(mpv_handle* mpv, const char* name, qint64 fallback) {
+    int64_t value = 0;
+    if (!mpv || mpv_get_property(mpv, name, MPV_FORMAT_INT64, &value) < 0) return fallback;
+    return value;
+}
+
+bool flagProperty(mpv_handle* mpv, const char* name) {
+    int value = 0;
+    return mpv && mpv_get_property(mpv, name, MPV_FORMAT_FLAG, &value) >= 0 && value;
+}
+
+QString stringProperty(mpv_handle* mpv, const char* name) {
+    char* value = mpv ? mpv_get_property_string(mpv, name) : nullptr;
+    if (!value) return {};
+    QString text = QString::fromUtf8(value);
+    mpv_free(value);
+    return text;
+}
+
+// Observation ids: the change itself matters less than the wakeup it brings.
+enum : uint64_t { ObserveEof = 1, ObserveWidth, ObserveHeight };
+
+}  // namespace
+
+MpvMediaPlayer::MpvMediaPlayer(QObject* parent) : MediaPlayer(parent) {
+    voOverride_ = QString::fromLocal8Bit(qgetenv("CANTOVEL_VO"));
+    createHandle();
+}
+
+MpvMediaPlayer::~MpvMediaPlayer() {
+    destroyHandle();
+}
+
+void MpvMediaPlayer::createHandle() {
+    mpv_ = mpv_create();
+    if (!mpv_) return;
+    const QByteArray ao = qgetenv("CANTOVEL_AO");
+    setOption(mpv_, "config", "no");
+    // CANTOVEL_MPV_LOG=<level> (for instance "v") shows mpv's own messages on the terminal.
+    const QByteArray log = qgetenv("CANTOVEL_MPV_LOG");
+    setOption(mpv_, "terminal", log.isEmpty() ? "no" : "yes");
+    if (!log.isEmpty()) setOption(mpv_, "msg-level", "all=" + log);
+    setOption(mpv_, "load-scripts", "no");
+    setOption(mpv_, "ytdl", "no");
+    setOption(mpv_, "osc", "no");
+    // No key of mpv's own: above all not the one that quits when its window goes away.
+    setOption(mpv_, "input-default-bindings", "no");
+    setOption(mpv_, "input-builtin-bindings", "no");
+    setOption(mpv_, "input-vo-keyboard", "no");
+    setOption(mpv_, "input-cursor", "no");
+    setOption(mpv_, "osd-level", "0");
+    setOption(mpv_, "idle", "yes");
+    setOption(mpv_, "force-window", "no");
+    // The file stays open at its end, paused, so position and length can still be read.
+    setOption(mpv_, "keep-open", "yes");
+    setOption(mpv_, "pause", "yes");
+    setOption(mpv_, "hr-seek", "yes");
+    // An MP3's cover picture is no film.
+    setOption(mpv_, "audio-display", "no");
+    setOption(mpv_, "audio-client-name", "Cantovel");
+    setOption(mpv_, "ao", ao.isEmpty() ? QByteArray("pulse,alsa,null") : ao);
+    setOption(mpv_, "vo", "null");
+    if (qgetenv("CANTOVEL_MPV_UNTIMED") == "1") {
+        setOption(mpv_, "untimed", "yes");
+        setOption(mpv_, "ao-null-untimed", "yes");
+    }
+    if (mpv_initialize(mpv_) < 0) {
+        mpv_terminate_destroy(mpv_);
+        mpv_ = nullptr;
+        return;
+    }
+    // mpv quits when the window it draws into goes away, unless that key means nothing.
+    command(mpv_, {"keybind", "CLOSE_WIN", "ignore"});
+    mpv_observe_property(mpv_, ObserveEof, "eof-reached", MPV_FORMAT_FLAG);
+    mpv_observe_property(mpv_, ObserveWidth, "dwidth", MPV_FORMAT_INT64);
+    mpv_observe_property(mpv_, ObserveHeight, "dheight", MPV_FORMAT_INT64);
+    mpv_set_wakeup_callback(mpv_, &MpvMediaPlayer::wakeup, this);
+    applyVolume();
+    applyBalance();
+}
+
+void MpvMediaPlayer::destroyHandle() {
+    if (!mpv_) return;
+    mpv_set_wakeup_callback(mpv_, nullptr, nullptr);
+    // Joins mpv's threads; a drain already queued dies with this object or finds no events.
+    mpv_terminate_destroy(mpv_);
+    mpv_ = nullptr;
+    shutDown_ = false;
+}
+
+void MpvMediaPlayer::wakeup(void* self) {
+    auto* player = static_cast<MpvMediaPlayer*>(self);
+    if (!player->drainQueued_.exchange(true))
+        QMetaObject::invokeMethod(player, &MpvMediaPlayer::drainEvents, Qt::QueuedConnection);
+}
+
+void MpvMediaPlayer::drainEvents() {
+    drainQueued_ = false;
+    QPointer<MpvMediaPlayer> self(this);
+    while (self && mpv_ && !shutDown_) {
+        // The event is only valid until the next wait, which a handler may cause: each
+        // case reads what it needs before it reports anything.
+        mpv_event* raw = mpv_wait_event(mpv_, 0);
+        if (raw->event_id == MPV_EVENT_NONE) break;
+        handleEvent(*raw);
+    }
+    // The end of the file: any change of eof-reached wakes us, but mpv may fold a quick
+    // 1-0-1 into no event at all, so the state itself is read here.
+    if (self && PlayState() == mpPlaying && !seekPending() && atEnd()) changePlayState(mpStopped);
+}
+
+void MpvMediaPlayer::handleEvent(const mpv_event& event) {
+    switch (event.event_id) {
+        case MPV_EVENT_START_FILE:
+            startedId_ = static_cast<mpv_event_start_file*>(event.data)->playlist_entry_id;
+            break;
+        case MPV_EVENT_FILE_LOADED:
+            if (outcome_ == Outcome::Pending && startedId_ == entryId_) {
+                if (hasAudioOrVideo()) {
+                    outcome_ = Outcome::Loaded;
+                } else {
+                    outcome_ = Outcome::Failed;
+                    failure_ = QStringLiteral("no audio or video");
+                }
+            }
+            break;
+        case MPV_EVENT_END_FILE: {
+            const auto* end = static_cast<mpv_event_end_file*>(event.data);
+            if (end->playlist_entry_id != entryId_) break;  // a file closed earlier
+            if (outcome_ == Outcome::Pending) {
+                outcome_ = Outcome::Failed;
+                failure_ = QString::fromUtf8(mpv_error_string(end->error));
+            } else if (outcome_ == Outcome::Loaded && end->reason != MPV_END_FILE_REASON_STOP) {
+                // The file broke off while open: it is over, and mpv has closed it.
+                outcome_ = Outcome::None;
+                entryId_ = -1;
+                changePlayState(mpStopped);
+            }
+            break;
+        }
+        case MPV_EVENT_SEEK:  // from here on mpv itself reads the target, and no longer the end
+        case MPV_EVENT_PLAYBACK_RESTART:
+            pendingSeek_.reset();
+            break;
+        case MPV_EVENT_VIDEO_RECONFIG:
+            readImageSize();
+            break;
+        case MPV_EVENT_PROPERTY_CHANGE:
+            if (event.reply_userdata == ObserveWidth || event.reply_userdata == ObserveHeight)
+                readImageSize();
+            break;
+        case MPV_EVENT_SHUTDOWN:
+            // mpv has quit on its own; the next open starts a new one.
+            shutDown_ = true;
+            break;
+        default:
+            break;
+    }
+}
+
+int MpvMediaPlayer::setFileName(const QString& name) {
+    setLastError(0);
+    const quint64 serial = ++openSerial_;
+    QPointer<MpvMediaPlayer> self(this);
+    // A handler of the events below may close or replace the file itself: it then has the
+    // last word.
+    const auto superseded = [&] { return !self || serial != openSerial_; };
+    closeFile();
+    if (superseded()) return 0;
+    fileName_ = name;
+    if (name.isEmpty()) return 0;
+
+    reportOpening();
+    if (superseded()) return 0;
+    if (shutDown_) {
+        destroyHandle();
+        createHandle();
+    }
+    if (mpv_) {
+        prepareVideoOutput();
+        mpv_set_property_string(mpv_, "pause", "yes");
+        outcome_ = Outcome::Pending;
+        failure_.clear();
+        const QByteArray path = name.toUtf8();
+        command(mpv_, {"loadfile", path.constData(), "replace"});
+        entryId_ = intProperty(mpv_, "playlist/0/id", -1);
+        Clock::get().wait(openTimeoutMs_,
+                          [&] { return superseded() || outcome_ != Outcome::Pending; });
+        if (superseded()) return 0;
+    }
+    if (mpv_ && outcome_ == Outcome::Loaded) {
+        readImageSize();
+        reportOpened();
+        return 0;
+    }
+    const QString reason = !mpv_                          ? QStringLiteral("no player")
+                           : outcome_ == Outcome::Pending ? QStringLiteral("timed out")
+                                                          : failure_;
+    if (mpv_) command(mpv_, {"stop"});
+    outcome_ = Outcome::None;
+    entryId_ = -1;
+    fileName_.clear();
+    return reportRefused(reason);
+}
+
+void MpvMediaPlayer::closeFile() {
+    if (mpv_ && outcome_ != Outcome::None) command(mpv_, {"stop"});
+    outcome_ = Outcome::None;
+    entryId_ = -1;
+    pendingSeek_.reset();
+    imageWidth_ = imageHeight_ = 0;
+    reportClosed();
+}
+
+void MpvMediaPlayer::prepareVideoOutput() {
+    const bool embed = videoWidget_ && QGuiApplication::platformName() == QLatin1String("xcb");
+    int64_t wid = -1;
+    if (embed) {
+        videoWidget_->setAttribute(Qt::WA_DontCreateNativeAncestors);
+        videoWidget_->setAttribute(Qt::WA_NativeWindow);
+        wid = static_cast<int64_t>(videoWidget_->winId());
+    }
+    mpv_set_property(mpv_, "wid", MPV_FORMAT_INT64, &wid);
+    // Only outputs that can draw into a foreign window; mpv takes the first that works.
+    const QString vo = !voOverride_.isEmpty() ? voOverride_
+                       : embed                ? QStringLiteral("gpu,xv,x11")
+                                              : QStringLiteral("null");
+    mpv_set_property_string(mpv_, "vo", vo.toUtf8().constData());
+}
+
+void MpvMediaPlayer::Play() {
+    if (!isOpen() || PlayState() == mpPlaying) return;
+    // After the end, play starts over.
+    if (atEnd()) seekTo(0);
+    mpv_set_property_string(mpv_, "pause", "no");
+    changePlayState(mpPlaying);
+}
+
+void MpvMediaPlayer::Pause() {
+    if (!mpv_ || PlayState() != mpPlaying) return;
+    mpv_set_property_string(mpv_, "pause", "yes");
+    changePlayState(mpPaused);
+}
+
+void MpvMediaPlayer::Stop() {
+    if (!isOpen()) return;
+    mpv_set_property_string(mpv_, "pause", "yes");
+    seekTo(0);
+    changePlayState(mpStopped);
+}
+
+double MpvMediaPlayer::CurrentPosition() const {
+    if (!isOpen()) return 0.0;
+    if (seekPending()) return *pendingSeek_;
+    return std::max(0.0, doubleProperty(mpv_, "time-pos").value_or(0.0));
+}
+
+void MpvMediaPlayer::setCurrentPosition(double seconds) {
+    if (!isOpen()) return;
+    seekTo(std::clamp(seconds, 0.0, std::max(0.0, Duration())));
+}
+
+void MpvMediaPlayer::seekTo(double seconds) {
+    const QByteArray target = QByteArray::number(seconds, 'f', 6);
+    command(mpv_, {"seek", target.constData(), "absolute+exact"});
+    pendingSeek_ = seconds;
+    seekIssuedMs_ = Clock::get().msecs();
+}
+
+bool MpvMediaPlayer::seekPending() const {
+    // A seek mpv never starts (a stream that cannot seek) stops counting after a while.
+    return pendingSeek_ && Clock::get().msecs() - seekIssuedMs_ < 1000;
+}
+
+double MpvMediaPlayer::Duration() const {
+    if (!isOpen()) return 0.0;
+    return doubleProperty(mpv_, "duration").value_or(0.0);
+}
+
+QString MpvMediaPlayer::mpvProperty(const char* name) const {
+    return stringProperty(mpv_, name);
+}
+
+bool MpvMediaPlayer::atEnd() const {
+    return flagProperty(mpv_, "eof-reached");
+}
+
+bool MpvMediaPlayer::hasAudioOrVideo() const {
+    const auto selected = [this](const char* name) {
+        const QString id = stringProperty(mpv_, name);
+        return !id.isEmpty() && id != QLatin1String("no");
+    };
+    return selected("aid") || selected("vid");
+}
+
+void MpvMediaPlayer::readImageSize() {
+    const int width = int(intProperty(mpv_, "dwidth", 0));
+    const int height = int(intProperty(mpv_, "dheight", 0));
+    if (width == imageWidth_ && height == imageHeight_) return;
+    imageWidth_ = width;
+    imageHeight_ = height;
+    fitVideoWidget();
+}
+
+void MpvMediaPlayer::fitVideoWidget() {
+    if (!videoWidget_ || imageWidth_ <= 0 || imageHeight_ <= 0) return;
+    double scale = 0;
+    switch (DisplaySize()) {
+        case mpDefaultSize:
+            scale = 1.0;
+            break;
+        case mpHalfSize:
+            scale = 0.5;
+            break;
+        case mpDoubleSize:
+            scale = 2.0;
+            break;
+        default:
+            return;  // the window decides the size
+    }
+    videoWidget_->resize(int(imageWidth_ * scale), int(imageHeight_ * scale));
+}
+
+void MpvMediaPlayer::setVideoWidget(QWidget* widget) {
+    videoWidget_ = widget;
+    fitVideoWidget();
+}
+
+void MpvMediaPlayer::applyVolume() {
+    if (!mpv_) return;
+    double percent = 100.0 + Volume() / 100.0;
+    mpv_set_property(mpv_, "volume", MPV_FORMAT_DOUBLE, &percent);
+}
+
+void MpvMediaPlayer::applyBalance() {
+    if (!mpv_) return;
+    const int b = Balance();
+    if (b == 0) {
+        mpv_set_property_string(mpv_, "af", "");
+        return;
+    }
+    const double left = b > 0 ? 1.0 - b / 1000.0 : 1.0;
+    const double right = b < 0 ? 1.0 + b / 1000.0 : 1.0;
+    const QByteArray chain = QStringLiteral(
+                                 "lavfi=[aformat=channel_layouts=stereo,"
+                                 "pan=stereo|c0=%1*c0|c1=%2*c1]")
+                                 .arg(left, 0, 'f', 4)
+                                 .arg(right, 0, 'f', 4)
+                                 .toUtf8();
+    mpv_set_property_string(mpv_, "af", chain.constData());
+}
+
+void MpvMediaPlayer::applyDisplaySize() {
+    fitVideoWidget();
+}
+
+}  // namespace cantovel

@@ -1,0 +1,109 @@
+#pragma once
+// The media player on libmpv, one mpv handle per control.
+//
+// mpv runs its own threads; its wakeup callback only queues a call to drainEvents() on
+// the UI thread, which takes every pending mpv event, so state changes and signals all
+// happen there. Opening waits through Clock::wait, so timers and queued events run while
+// a file opens, as they did around the classic control.
+//
+// Output: audio goes to CANTOVEL_AO if set, else the first of pulse, alsa, null that
+// works. Pictures go into the video widget through mpv's window embedding on X11
+// (CANTOVEL_VO may name another output); elsewhere, or with no widget, video is decoded
+// to the null output so timing and natural size still hold. CANTOVEL_MPV_UNTIMED=1 plays
+// as fast as the machine can, for tests.
+//
+// Volume: the control's hundredths of a decibel are mapped linearly onto mpv's volume
+// percentage, 100 + Volume / 100, which mpv turns into gain with its cubic curve. The
+// result behaves like a decibel scale over the usable range (-18 dB at -5000, -60 dB at
+// -9000) and is silent at -10000, where a literal -100 dB would leave the lower half of
+// the volume buttons inaudible anyway.
+//
+// Balance: a linear pan. Moving towards one side lowers the other channel's gain from 1
+// at the centre to 0 at the end (1000 is the right channel alone). Off centre the sound is
+// first made stereo (mono is copied to both sides, surround is mixed down), then panned
+// by a libavfilter pan in mpv's audio filter chain; at the centre the chain is empty.
+
+#include <QPointer>
+#include <QWidget>
+#include <atomic>
+#include <optional>
+
+#include "platform/mediaplayer/MediaPlayer.h"
+
+struct mpv_handle;
+struct mpv_event;
+
+namespace cantovel {
+
+class MpvMediaPlayer : public MediaPlayer {
+    Q_OBJECT
+  public:
+    explicit MpvMediaPlayer(QObject* parent = nullptr);
+    ~MpvMediaPlayer() override;
+
+    // False when mpv could not be started; every file is then refused.
+    bool isValid() const { return mpv_ != nullptr; }
+    // How long setting a file name may wait for the file to open (10 s unless changed).
+    void setOpenTimeout(int ms) { openTimeoutMs_ = ms; }
+    // mpv's own view of one of its properties, as text (empty when it has none).
+    QString mpvProperty(const char* name) const;
+
+    int setFileName(const QString& name) override;
+    QString fileName() const override { return fileName_; }
+    void Play() override;
+    void Pause() override;
+    void Stop() override;
+    double CurrentPosition() const override;
+    void setCurrentPosition(double seconds) override;
+    double Duration() const override;
+    int ImageSourceWidth() const override { return imageWidth_; }
+    int ImageSourceHeight() const override { return imageHeight_; }
+    void setVideoWidget(QWidget* widget) override;
+
+  protected:
+    void applyVolume() override;
+    void applyBalance() override;
+    void applyDisplaySize() override;
+
+  private:
+    enum class Outcome { None, Pending, Loaded, Failed };
+
+    void createHandle();
+    void destroyHandle();
+    static void wakeup(void* self);
+    void drainEvents();
+    void handleEvent(const mpv_event& event);
+    void closeFile();
+    void prepareVideoOutput();
+    void seekTo(double seconds);
+    bool seekPending() const;
+    // Open, and still held by mpv (a file that broke off while playing is not).
+    bool isOpen() const { return mpv_ && outcome_ == Outcome::Loaded && OpenState() == mpoOpen; }
+    bool atEnd() const;
+    bool hasAudioOrVideo() const;
+    void readImageSize();
+    void fitVideoWidget();
+
+    mpv_handle* mpv_ = nullptr;
+    std::atomic<bool> drainQueued_{false};
+    bool shutDown_ = false;
+    QString fileName_;
+    QPointer<QWidget> videoWidget_;
+    QString voOverride_;
+    int openTimeoutMs_ = 10000;
+
+    // The playlist entry of the file being opened or played, as mpv numbers them.
+    qint64 entryId_ = -1;
+    qint64 startedId_ = -1;
+    Outcome outcome_ = Outcome::None;
+    QString failure_;
+    // Bumped by each open, so an open superseded during its wait knows it.
+    quint64 openSerial_ = 0;
+    // The target of a seek mpv has not finished, which is the position meanwhile.
+    std::optional<double> pendingSeek_;
+    qint64 seekIssuedMs_ = 0;
+    int imageWidth_ = 0;
+    int imageHeight_ = 0;
+};
+
+}  // namespace cantovel

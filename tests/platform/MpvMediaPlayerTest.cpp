@@ -1,0 +1,254 @@
+// The libmpv player on real files, with the null audio and video outputs.
+#include <gtest/gtest.h>
+
+#include <QTemporaryDir>
+#include <QWidget>
+#include <memory>
+
+#include "platform/Components.h"
+#include "platform/clock/QtClock.h"
+#include "platform/mediaplayer/MpvMediaPlayer.h"
+#include "support/ScopedEnv.h"
+#include "support/TestMedia.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+using Change = std::pair<int, int>;
+using Changes = std::vector<Change>;
+
+class MpvMediaPlayerTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        Components::provideService<Clock>(std::make_shared<QtClock>());
+        env.set("CANTOVEL_AO", QByteArray("null"));
+        env.set("CANTOVEL_VO", QByteArray("null"));
+        // Tests that pause or stop a playing file need real time; the rest run untimed.
+        env.set("CANTOVEL_MPV_UNTIMED", QByteArray("1"));
+        ASSERT_TRUE(dir.isValid());
+    }
+    void TearDown() override {
+        player.reset();
+        Components::clear();
+    }
+
+    MpvMediaPlayer& make() {
+        player = std::make_unique<MpvMediaPlayer>();
+        EXPECT_TRUE(player->isValid());
+        QObject::connect(player.get(), &MediaPlayer::OpenStateChange, [this](int o, int n) {
+            opens.push_back({o, n});
+            playStateAtOpen.push_back(player->PlayState());
+            durationAtOpen.push_back(player->SelectionEnd());
+        });
+        QObject::connect(player.get(), &MediaPlayer::PlayStateChange, [this](int o, int n) {
+            plays.push_back({o, n});
+        });
+        return *player;
+    }
+    QString path(const QString& name) const { return dir.filePath(name); }
+    // Waits (events running) until `count` play-state changes have been seen.
+    bool waitForPlayChanges(size_t count, int ms = 10000) {
+        return Clock::get().wait(ms, [&] { return plays.size() >= count; });
+    }
+
+    ScopedEnv env;
+    QTemporaryDir dir;
+    std::unique_ptr<MpvMediaPlayer> player;
+    Changes opens, plays;
+    std::vector<int> playStateAtOpen;
+    std::vector<double> durationAtOpen;
+};
+
+TEST_F(MpvMediaPlayerTest, OpensWavAndMp3WithTheirLengthAndStopped) {
+    ASSERT_TRUE(writeToneWav(path("tone.wav"), 3.0));
+    ASSERT_TRUE(writeToneMp3(path("tone.mp3"), 2.5));
+    MpvMediaPlayer& mp = make();
+    EXPECT_EQ(mp.PlayState(), MediaPlayer::mpClosed);
+
+    EXPECT_EQ(mp.setFileName(path("tone.wav")), 0);
+    EXPECT_EQ(mp.lastError(), 0);
+    EXPECT_EQ(opens, (Changes{{0, 5}, {5, 6}}));
+    // By the time the open is announced, the file reads as stopped with its length.
+    EXPECT_EQ(playStateAtOpen.back(), MediaPlayer::mpStopped);
+    EXPECT_NEAR(durationAtOpen.back(), 3.0, 0.01);
+    EXPECT_TRUE(plays.empty());
+    EXPECT_EQ(mp.fileName(), path("tone.wav"));
+    EXPECT_EQ(mp.SelectionStart(), 0.0);
+    EXPECT_NEAR(mp.Duration(), 3.0, 0.01);
+    EXPECT_EQ(mp.CurrentPosition(), 0.0);
+
+    opens.clear();
+    EXPECT_EQ(mp.setFileName(path("tone.mp3")), 0);
+    // Replacing closes the first file, then opens the second.
+    EXPECT_EQ(opens, (Changes{{6, 0}, {0, 5}, {5, 6}}));
+    EXPECT_EQ(plays, (Changes{{0, 6}}));
+    // The encoder's padding may add a frame or two, never a whole second.
+    EXPECT_GE(mp.SelectionEnd(), 2.45);
+    EXPECT_LT(mp.SelectionEnd(), 2.6);
+    EXPECT_EQ(mp.PlayState(), MediaPlayer::mpStopped);
+}
+
+TEST_F(MpvMediaPlayerTest, PlaysToTheEndAndKeepsTheFileOpen) {
+    ASSERT_TRUE(writeToneMp3(path("tone.mp3"), 2.0));
+    MpvMediaPlayer& mp = make();
+    ASSERT_EQ(mp.setFileName(path("tone.mp3")), 0);
+    mp.Play();
+    ASSERT_TRUE(waitForPlayChanges(2));
+    EXPECT_EQ(plays, (Changes{{0, 2}, {2, 0}}));
+    EXPECT_EQ(mp.PlayState(), MediaPlayer::mpStopped);
+    EXPECT_EQ(mp.OpenState(), MediaPlayer::mpoOpen);
+    EXPECT_EQ(mp.fileName(), path("tone.mp3"));
+    EXPECT_NEAR(mp.Duration(), 2.0, 0.1);
+    EXPECT_NEAR(mp.CurrentPosition(), mp.Duration(), 0.1);
+
+    // Play after the end starts over and runs to the end once more.
+    mp.Play();
+    EXPECT_LT(mp.CurrentPosition(), 0.5);
+    ASSERT_TRUE(waitForPlayChanges(4));
+    EXPECT_EQ(plays, (Changes{{0, 2}, {2, 0}, {0, 2}, {2, 0}}));
+}
+
+TEST_F(MpvMediaPlayerTest, RefusesDamagedAndMissingFiles) {
+    QByteArray noise(8000, '\0');
+    for (int i = 0; i < noise.size(); ++i) noise[i] = char((i * 7919 + 13) % 251);
+    ASSERT_TRUE(writeBytes(path("broken.mp3"), noise));
+    ASSERT_TRUE(writeBytes(path("text.wav"), "this is no sound at all\r\n"));
+    MpvMediaPlayer& mp = make();
+    for (const QString& name : {QStringLiteral("broken.mp3"), QStringLiteral("text.wav"),
+                                QStringLiteral("missing.mp3")}) {
+        SCOPED_TRACE(name.toStdString());
+        opens.clear();
+        EXPECT_EQ(mp.setFileName(path(name)), int(0x80004005u));
+        EXPECT_EQ(mp.lastError(), MediaPlayer::ErrorFail);
+        EXPECT_FALSE(mp.lastErrorDescription().isEmpty());
+        EXPECT_EQ(opens, (Changes{{0, 5}, {5, 0}}));
+        EXPECT_EQ(mp.PlayState(), MediaPlayer::mpClosed);
+        EXPECT_EQ(mp.Duration(), 0.0);
+        mp.Play();
+        EXPECT_EQ(mp.PlayState(), MediaPlayer::mpClosed);
+    }
+    EXPECT_TRUE(plays.empty());
+
+    // A good file afterwards opens normally and clears the error.
+    ASSERT_TRUE(writeToneWav(path("tone.wav"), 1.0));
+    EXPECT_EQ(mp.setFileName(path("tone.wav")), 0);
+    EXPECT_EQ(mp.lastError(), 0);
+}
+
+TEST_F(MpvMediaPlayerTest, PauseStopAndTheEmptyName) {
+    env.set("CANTOVEL_MPV_UNTIMED", QByteArray("0"));
+    ASSERT_TRUE(writeToneWav(path("long.wav"), 60.0, 8000, 1));
+    MpvMediaPlayer& mp = make();
+    ASSERT_EQ(mp.setFileName(path("long.wav")), 0);
+    mp.Pause();  // nothing to pause yet
+    mp.Play();
+    mp.Play();  // already playing
+    mp.Pause();
+    mp.Play();
+    mp.setCurrentPosition(20.0);
+    mp.Stop();
+    EXPECT_EQ(plays, (Changes{{0, 2}, {2, 1}, {1, 2}, {2, 0}}));
+    EXPECT_EQ(mp.CurrentPosition(), 0.0);
+    // The file stays open after a stop.
+    EXPECT_EQ(mp.OpenState(), MediaPlayer::mpoOpen);
+    EXPECT_NEAR(mp.Duration(), 60.0, 0.01);
+
+    mp.Play();
+    opens.clear();
+    plays.clear();
+    EXPECT_EQ(mp.setFileName(QString()), 0);
+    EXPECT_EQ(plays, (Changes{{2, 6}}));
+    EXPECT_EQ(opens, (Changes{{6, 0}}));
+    EXPECT_EQ(mp.fileName(), QString());
+    EXPECT_EQ(mp.Duration(), 0.0);
+}
+
+TEST_F(MpvMediaPlayerTest, PositionSeeksAndClamps) {
+    ASSERT_TRUE(writeToneWav(path("tone.wav"), 4.0));
+    MpvMediaPlayer& mp = make();
+    ASSERT_EQ(mp.setFileName(path("tone.wav")), 0);
+    mp.setCurrentPosition(1.5);
+    EXPECT_NEAR(mp.CurrentPosition(), 1.5, 0.001);
+    // Still there once mpv has done the seek (the file is stopped, so it stays).
+    Clock::get().wait(300);
+    EXPECT_NEAR(mp.CurrentPosition(), 1.5, 0.05);
+    EXPECT_NEAR(mp.mpvProperty("time-pos").toDouble(), 1.5, 0.05);
+
+    mp.setCurrentPosition(-10);
+    EXPECT_EQ(mp.CurrentPosition(), 0.0);
+    mp.setCurrentPosition(99);
+    EXPECT_NEAR(mp.CurrentPosition(), 4.0, 0.001);
+}
+
+TEST_F(MpvMediaPlayerTest, VolumeAndBalanceReachMpv) {
+    ASSERT_TRUE(writeToneWav(path("mono.wav"), 1.0, 22050, 1));
+    MpvMediaPlayer& mp = make();
+    mp.setVolume(-5000);
+    EXPECT_EQ(mp.Volume(), -5000);
+    EXPECT_NEAR(mp.mpvProperty("volume").toDouble(), 50.0, 0.001);
+    mp.setVolume(-20000);
+    EXPECT_EQ(mp.Volume(), -10000);
+    EXPECT_NEAR(mp.mpvProperty("volume").toDouble(), 0.0, 0.001);
+    mp.setVolume(0);
+    EXPECT_NEAR(mp.mpvProperty("volume").toDouble(), 100.0, 0.001);
+
+    mp.setBalance(1500);
+    EXPECT_EQ(mp.Balance(), 1000);
+    mp.setBalance(-500);
+    EXPECT_EQ(mp.Balance(), -500);
+    EXPECT_TRUE(mp.mpvProperty("af").contains("c1=0.5000*c1"));
+
+    // The pan really runs: a mono file comes out as two channels and still plays through.
+    ASSERT_EQ(mp.setFileName(path("mono.wav")), 0);
+    mp.Play();
+    ASSERT_TRUE(waitForPlayChanges(2));
+    EXPECT_EQ(plays.back(), Change(2, 0));
+    EXPECT_EQ(mp.mpvProperty("audio-out-params/channel-count"), "2");
+
+    // At the centre the chain is empty again.
+    mp.setBalance(0);
+    EXPECT_EQ(mp.mpvProperty("af"), "");
+}
+
+TEST_F(MpvMediaPlayerTest, PictureSizeSizesTheVideoWidget) {
+    QWidget widget;
+    MpvMediaPlayer& mp = make();
+    mp.setVideoWidget(&widget);
+    ASSERT_EQ(mp.setFileName("av://lavfi:testsrc=size=320x240:rate=25:duration=2"), 0);
+    mp.Play();
+    ASSERT_TRUE(Clock::get().wait(10000, [&] { return mp.ImageSourceWidth() > 0; }));
+    EXPECT_EQ(mp.ImageSourceWidth(), 320);
+    EXPECT_EQ(mp.ImageSourceHeight(), 240);
+    EXPECT_EQ(widget.size(), QSize(320, 240));
+    mp.setDisplaySize(MediaPlayer::mpDoubleSize);
+    EXPECT_EQ(widget.size(), QSize(640, 480));
+    // Fit to size leaves the widget to its window.
+    widget.resize(100, 100);
+    mp.setDisplaySize(MediaPlayer::mpFitToSize);
+    EXPECT_EQ(mp.DisplaySize(), 4);
+    EXPECT_EQ(widget.size(), QSize(100, 100));
+}
+
+TEST_F(MpvMediaPlayerTest, HandlerMayReplaceTheFileInsideAnEvent) {
+    ASSERT_TRUE(writeToneWav(path("a.wav"), 1.0));
+    ASSERT_TRUE(writeToneWav(path("b.wav"), 2.0));
+    MpvMediaPlayer& mp = make();
+    // As a queue does: the end of one entry opens and plays the next.
+    QObject::connect(&mp, &MediaPlayer::PlayStateChange, [&](int o, int n) {
+        if (o == 2 && n == 0 && mp.fileName().endsWith("a.wav")) {
+            mp.setFileName(path("b.wav"));
+            mp.Play();
+        }
+    });
+    ASSERT_EQ(mp.setFileName(path("a.wav")), 0);
+    mp.Play();
+    ASSERT_TRUE(Clock::get().wait(10000, [&] {
+        return mp.fileName().endsWith("b.wav") && mp.PlayState() == MediaPlayer::mpStopped;
+    }));
+    EXPECT_EQ(plays, (Changes{{0, 2}, {2, 0}, {0, 6}, {0, 2}, {2, 0}}));
+    EXPECT_NEAR(mp.Duration(), 2.0, 0.01);
+}
+
+}  // namespace

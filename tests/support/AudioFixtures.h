@@ -1,0 +1,56 @@
+#pragma once
+// Sound files made for the tests with the libraries themselves (a tone written by
+// libsndfile, an MP3 encoded by LAME), the readers that check results, and a wait that
+// lets queued events arrive.
+
+#include <QString>
+#include <functional>
+
+namespace cantovel::test {
+
+// Writes `seconds` of a tone (a different pitch in each channel) with libsndfile.
+// `sndfileFormat` is a libsndfile format code (WAV 16-bit PCM unless told).
+bool writeTone(const QString& path, double seconds, int rate, int channels, int sndfileFormat = 0);
+
+// Encodes `seconds` of a tone into an MP3 with LAME at `kbps` constant bit rate.
+bool writeMp3Tone(const QString& path, double seconds, int rate, int channels, int kbps);
+
+// Encodes `seconds` of a tone into MPEG layer 2 with libtwolame, when the machine has
+// that library (it is loaded at run time); false otherwise.
+bool writeMp2Tone(const QString& path, double seconds, int rate, int channels, int kbps);
+
+// Cuts a file down to `bytes`.
+bool truncateFile(const QString& path, qint64 bytes);
+
+// What libsndfile reports of a sound file; ok false when it can't open it.
+struct SoundInfo {
+    bool ok = false;
+    int rate = 0;
+    int channels = 0;
+    qint64 frames = 0;
+    int format = 0;  // libsndfile format code
+};
+SoundInfo readSoundInfo(const QString& path);
+
+// An MP3 fully decoded by mpg123: its rate and channels, the samples a channel it gives,
+// its first frame's bit rate and mode; ok false when mpg123 finds no MPEG audio.
+struct Mp3Info {
+    bool ok = false;
+    long rate = 0;
+    int channels = 0;
+    qint64 samples = 0;
+    int bitrateKbps = 0;
+    int layer = 0;
+    // Root mean square of all samples, full scale 1.
+    double rms = 0;
+};
+Mp3Info decodeMp3(const QString& path);
+
+// Runs `body` in a forked child whose files can't grow past `limitBytes` (a write past it
+// fails as on a full disk) and returns the child's exit code, or -1 if it didn't exit.
+int runWithFileSizeLimit(qint64 limitBytes, const std::function<int()>& body);
+
+// Runs events until `done` answers true or `timeoutMs` of wall time pass; returns `done`.
+bool waitUntil(const std::function<bool()>& done, int timeoutMs = 20000);
+
+}  // namespace cantovel::test

@@ -1,0 +1,81 @@
+#pragma once
+// A media player that plays by the clock's time (virtual time under FakeClock). What a
+// file name opens to is scripted for all fakes at once, since windows make their players
+// through the component factory: a length in seconds per name, or a refusal. Play moves
+// the position on with a timer; at the length the player stops with PlayStateChange(2, 0)
+// and keeps the file open, as the real one does. Every call is recorded.
+
+#include <QHash>
+#include <QList>
+#include <QSize>
+#include <QStringList>
+#include <optional>
+
+#include "platform/clock/Timer.h"
+#include "platform/mediaplayer/MediaPlayer.h"
+
+namespace cantovel::test {
+
+class FakeMediaPlayer : public MediaPlayer {
+    Q_OBJECT
+  public:
+    // What the fakes know about files, by file name.
+    struct Media {
+        QHash<QString, double> lengths;
+        QHash<QString, QSize> pictures;
+        // Length of a name not listed; none: such names are refused.
+        std::optional<double> defaultLength;
+        // Virtual milliseconds an open takes, spent in a clock wait as the real one does.
+        int openMs = 0;
+    };
+    static Media& media();
+    static void setLength(const QString& name, double seconds) { media().lengths[name] = seconds; }
+    static void setPicture(const QString& name, QSize size) { media().pictures[name] = size; }
+    // Makes the component factory hand out fakes, and forgets all scripted media.
+    static void install();
+    // The fakes alive, oldest first.
+    static const QList<FakeMediaPlayer*>& instances();
+
+    explicit FakeMediaPlayer(QObject* parent = nullptr);
+    ~FakeMediaPlayer() override;
+
+    int setFileName(const QString& name) override;
+    QString fileName() const override { return fileName_; }
+    void Play() override;
+    void Pause() override;
+    void Stop() override;
+    double CurrentPosition() const override { return position_; }
+    void setCurrentPosition(double seconds) override;
+    double Duration() const override { return OpenState() == mpoOpen ? length_ : 0.0; }
+    int ImageSourceWidth() const override { return picture_.width(); }
+    int ImageSourceHeight() const override { return picture_.height(); }
+    void setVideoWidget(QWidget* widget) override;
+    QWidget* videoWidget() const { return videoWidget_; }
+
+    // Jumps to the end as if the file had played out (reports 2 -> 0 when playing).
+    void playToEnd();
+
+    // Every call in order: "FileName=<name>", "Play", "Pause", "Stop",
+    // "CurrentPosition=<s>", "Volume=<v>", "Balance=<b>", "DisplaySize=<n>", "VideoWidget".
+    QStringList calls;
+
+  protected:
+    void applyVolume() override { calls << QStringLiteral("Volume=%1").arg(Volume()); }
+    void applyBalance() override { calls << QStringLiteral("Balance=%1").arg(Balance()); }
+    void applyDisplaySize() override {
+        calls << QStringLiteral("DisplaySize=%1").arg(DisplaySize());
+    }
+
+  private:
+    void tick();
+
+    QString fileName_;
+    double length_ = 0;
+    double position_ = 0;
+    QSize picture_;
+    QWidget* videoWidget_ = nullptr;
+    Timer ticker_;
+    qint64 lastMs_ = 0;
+};
+
+}  // namespace cantovel::test
