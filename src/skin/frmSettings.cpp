@@ -46,7 +46,7 @@ QLabel* sunkenLabel(QWidget* parent) {
     auto* l = new QLabel(parent);
     l->setFrameShape(QFrame::Panel);
     l->setFrameShadow(QFrame::Sunken);
-    l->setMinimumWidth(260);
+    l->setMinimumWidth(220);
     l->setTextInteractionFlags(Qt::TextSelectableByMouse);
     return l;
 }
