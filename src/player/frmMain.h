@@ -89,12 +89,6 @@ public:
     void RollUp();
     // A three-digit read-out: FirstOffset 0 is the player's volume, 3 the master volume.
     void ShowNumberField(int FirstOffset, const QString& Text);
-    // The clock text of a time: hours, minutes and seconds of two digits each, read as
-    // one number, so "000342" shows as "342".
-    static QString ClockText(double Seconds);
-    // Places the thumb from the position and paints the elapsed digits from the thumb,
-    // so that digits and thumb agree.
-    void ShowPosition(double Position, double Length);
     // Paints the two three-digit volume read-outs.
     void PaintVolumes();
 
@@ -108,28 +102,41 @@ public:
     // The position thumb; its travel runs from left 16 to 268 minus its width.
     SkinControl imgPlayProgress{QRect(16, 119, 20, 8), QString(), QPixmap()};
     // Sets the four title labels; nothing when the first already shows the text.
-    void Title(const QString& text);
+    void Title(const QString& Text);
+    // What the title shows.
     QString TitleText() const;
-    // The level picture, cut to level x 1.61 pixels; 0 hides it. Display only.
-    void EQVolume(quint8 level);
+    // The level picture, cut to Level x 1.61 pixels; 0 hides it. Display only.
+    void EQVolume(int Level);
     // Paints a six-digit clock field: 0 elapsed, 6 length.
-    void ShowClockField(int firstCell, const QString& text);
+    void ShowClockField(int FirstCell, const QString& Text);
+    // The clock text of a time: hours, minutes and seconds of two digits each, read as
+    // one number, so leading zeros go.
+    static QString ClockText(double Seconds);
     // Places the thumb for a position of a length (both in seconds).
-    void ThumbFromTime(double position, double length);
-    // The time the thumb stands for, in seconds of a length.
-    double TimeFromThumb(double length) const;
-    // Writes the thumb's left and repaints it.
-    void MoveThumb(int left);
+    void ThumbFromTime(double Position, double Length);
+    // The time the thumb stands for, in whole seconds of a length.
+    long TimeFromThumb(double Length) const;
+    // Places the thumb from a position and paints the elapsed digits from the thumb.
+    void ShowPosition(double Position, double Length);
+    // A mouse move over the thumb (Button 1 left, 0 none; X from the thumb's corner):
+    // with no button X is kept as the anchor, with the left one the thumb follows, then
+    // SeekFromThumb seeks.
+    void imgPlayProgress_MouseMove(int Button, int Shift, int X, int Y);
+    int progressAnchor_ = 0;
 
-    // ---- Defined with the transport commands (player core) ----------------------------
+    // ---- Defined with the playback session and transport (player core) ----------------
     void imgButton_Click(int index);
     void mnuStop();
     // Opens the paths of the last drop, which the window's drop handling leaves in
     // DroppedFiles, from the first to the last.
     void Process_DROPFILES();
     QStringList DroppedFiles;
-    // A mouse move over the position thumb, `dx` pixels from where it was grabbed.
-    void imgPlayProgress_MouseMove(Qt::MouseButtons buttons, int dx);
+    // Writes the thumb's left and repaints it.
+    void MoveThumb(int left);
+    // Whether a player control is playing (play state 2).
+    bool AnyPlayerPlaying() const;
+    // After a drag moved the thumb: seeks the player to the time the thumb stands for.
+    void SeekFromThumb();
 
     // ---- Volume and balance (player/frmMain_volume.cpp) --------------------------------
     void VolumeStep(int Index);
@@ -159,8 +166,6 @@ public:
     void lblmnuHelp_Click();
     // Readies the system menu: Restore only for a minimised window, Close the default.
     void PrepareSysMenu();
-    // Whether any player control is playing (play state 2).
-    bool AnyPlayerPlaying() const;
     void imgSysMenu_Click();
     void imgSysMenu_DblClick();
     void imgMinimize_Click();
@@ -217,8 +222,7 @@ private:
 
     // The text last painted in each clock field.
     std::array<QString, 2> clockCache_;
-    // The pointer's X over each thumb while no button is held.
-    int progressAnchor_ = 0;
+    // The pointer's X over the balance thumb while no button is held.
     int balanceAnchor_ = 0;
     // The area that took the last press, until its release.
     Area pressed_;

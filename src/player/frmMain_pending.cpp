@@ -1,7 +1,5 @@
-// Stand-ins for procedures that come with the transport commands and the media player;
-// this file goes when they land.
-#include <algorithm>
-
+// Stand-ins for procedures of the playback session and the transport commands, which
+// come with the player core; this file goes when they land.
 #include "app/Forms.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
@@ -21,9 +19,11 @@ bool frmMain::AnyPlayerPlaying() const {
     return false;
 }
 
-void frmMain::imgPlayProgress_MouseMove(Qt::MouseButtons buttons, int dx) {
-    if (!(buttons & Qt::LeftButton) || CurrentFile.isEmpty()) return;
-    MoveThumb(std::clamp(imgPlayProgress.Left() + dx, 16, 268 - imgPlayProgress.Width()));
+void frmMain::MoveThumb(int left) {
+    imgPlayProgress.setLeft(left);
+    update();
 }
+
+void frmMain::SeekFromThumb() {}
 
 }  // namespace cantovel

@@ -44,12 +44,6 @@ int vbButtons(Qt::MouseButtons b) {
            (b & Qt::MiddleButton ? 4 : 0);
 }
 
-Qt::MouseButtons qtButtons(int vb) {
-    return Qt::MouseButtons((vb & 1 ? Qt::LeftButton : Qt::NoButton) |
-                            (vb & 2 ? Qt::RightButton : Qt::NoButton) |
-                            (vb & 4 ? Qt::MiddleButton : Qt::NoButton));
-}
-
 int vbShift(Qt::KeyboardModifiers m) {
     return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) |
            (m & Qt::AltModifier ? 4 : 0);
@@ -168,22 +162,22 @@ void frmMain::ShowNumberField(int FirstOffset, const QString& Text) {
     update();
 }
 
-void frmMain::ShowClockField(int firstCell, const QString& text) {
-    QString& cached = clockCache_[firstCell / 6];
-    if (cached == text) return;
-    if (text.isEmpty()) {
-        for (int i = 0; i < 6; ++i) imgTime[firstCell + i].setPicture(QPixmap());
+void frmMain::ShowClockField(int FirstCell, const QString& Text) {
+    QString& cached = clockCache_[FirstCell / 6];
+    if (cached == Text) return;
+    if (Text.isEmpty()) {
+        for (int i = 0; i < 6; ++i) imgTime[FirstCell + i].setPicture(QPixmap());
     } else {
         const QPixmap zero = clpDigits.GraphicCell(0);
-        for (int i = 0; i < 6; ++i) imgTime[firstCell + i].setPicture(zero);
-        int cell = firstCell + 5;
-        for (int i = int(text.size()) - 1; i >= 0 && cell >= firstCell; --i) {
-            const QChar c = text[i];
+        for (int i = 0; i < 6; ++i) imgTime[FirstCell + i].setPicture(zero);
+        int cell = FirstCell + 5;
+        for (int i = int(Text.size()) - 1; i >= 0 && cell >= FirstCell; --i) {
+            const QChar c = Text[i];
             if (c < u'0' || c > u'9') continue;
             imgTime[cell--].setPicture(clpDigits.GraphicCell(c.unicode() - u'0'));
         }
     }
-    cached = text;
+    cached = Text;
     update();
 }
 
@@ -200,29 +194,40 @@ void frmMain::PaintVolumes() {
 
 // ---- Thumbs -------------------------------------------------------------------------------
 
-void frmMain::ThumbFromTime(double position, double length) {
-    if (length == 0) return;  // no length, no place: the thumb stays
+void frmMain::ThumbFromTime(double Position, double Length) {
+    if (Length == 0) return;  // no length, no place: the thumb stays
     const qint64 left = std::max<qint64>(
-        CInt(position / length * double(ThumbEnd - imgPlayProgress.Width()) + ThumbStart),
+        CInt(Position / Length * double(ThumbEnd - imgPlayProgress.Width()) + ThumbStart),
         ThumbStart);
     if (left != imgPlayProgress.Left()) MoveThumb(int(left));
 }
 
-double frmMain::TimeFromThumb(double length) const {
+long frmMain::TimeFromThumb(double Length) const {
     const qint64 travelled = CInt(imgPlayProgress.Left() - ThumbStart);
     const qint64 travel = CInt(ThumbEnd - imgPlayProgress.Width());
     if (travel == 0) return 0;
-    return double(CInt(double(travelled) / double(travel) * length));
-}
-
-void frmMain::MoveThumb(int left) {
-    imgPlayProgress.setLeft(left);
-    update();
+    return long(CInt(double(travelled) / double(travel) * Length));
 }
 
 void frmMain::ShowPosition(double Position, double Length) {
     ThumbFromTime(Position, Length);
-    ShowClockField(0, ClockText(TimeFromThumb(Length)));
+    ShowClockField(0, ClockText(double(TimeFromThumb(Length))));
+}
+
+void frmMain::imgPlayProgress_MouseMove(int Button, int, int X, int) {
+    // While no button is held the pointer's place on the thumb is the anchor that a drag
+    // keeps under the pointer.
+    if (Button == 0) {
+        progressAnchor_ = X;
+        return;
+    }
+    if (Button != 1 || CurrentFile.isEmpty()) return;
+    const int last = ThumbEnd - imgPlayProgress.Width();
+    qint64 left = CInt(double(X - progressAnchor_) + imgPlayProgress.Left());
+    if (left < ThumbStart) left = ThumbStart;
+    if (left > last) left = last;
+    MoveThumb(int(left));
+    SeekFromThumb();
 }
 
 void frmMain::imgBalance_MouseMove(int Button, int, int X, int) {
@@ -242,8 +247,8 @@ void frmMain::imgBalance_MouseMove(int Button, int, int X, int) {
 
 // ---- Level picture, title, roll-up --------------------------------------------------------
 
-void frmMain::EQVolume(quint8 level) {
-    const qint64 width = CInt(level * 1.61);
+void frmMain::EQVolume(int Level) {
+    const qint64 width = CInt(Level * 1.61);
     if (width == 0) {
         imgEQ.visible = false;
     } else {
@@ -253,9 +258,9 @@ void frmMain::EQVolume(quint8 level) {
     update();
 }
 
-void frmMain::Title(const QString& text) {
-    if (text == lblTitle[0].Caption) return;
-    for (SkinLabel& l : lblTitle) l.Caption = text;
+void frmMain::Title(const QString& Text) {
+    if (Text == lblTitle[0].Caption) return;
+    for (SkinLabel& l : lblTitle) l.Caption = Text;
     update();
 }
 
@@ -399,12 +404,7 @@ void frmMain::areaMouseMove(const Area& a, int buttons, int shift, const QPoint&
     const QPoint pt = fp - areaRect(a).topLeft();
     switch (a.kind) {
         case Area::PlayProgress:
-            // While no button is held the pointer's place on the thumb is the anchor that
-            // a drag keeps under the pointer.
-            if (buttons == 0)
-                progressAnchor_ = pt.x();
-            else
-                imgPlayProgress_MouseMove(qtButtons(buttons), pt.x() - progressAnchor_);
+            imgPlayProgress_MouseMove(buttons, shift, pt.x(), pt.y());
             break;
         case Area::Balance:
             imgBalance_MouseMove(buttons, shift, pt.x(), pt.y());
