@@ -13,8 +13,13 @@
 #include "shell/Subclass.h"
 #include "tags/CCRC32.h"
 #include "platform/clock/Timer.h"
+#include "platform/pictureclip/PictureClip.h"
 #include "player/player_state.h"
+#include "skin/CCaptionlessWindowMover.h"
 #include "skin/SkinControl.h"
+#include "skin/SkinLabel.h"
+
+class QMenu;
 
 namespace cantovel {
 
@@ -56,10 +61,126 @@ public:
     // volume 12-14, the master volume 15-17.
     std::array<SkinControl, 18> imgTime;
 
-    // The skin in use; empty for the built-in one.
-    void LoadSkin(const QString& skinPath);
+    // ---- Face and skin (skin/frmMain_display.cpp, skin/frmMain_skin.cpp) -------------
+    // The window's own picture: the whole face, or the rolled-up one.
+    QPixmap Picture;
+    // Strips: the digits 0-9, the eight buttons' pressed faces, the four volume buttons'.
+    PictureClip clpDigits, clpButtons, clpVolumeButtons;
+    // "Seek Previous", "Play", "Pause", "Stop", "Seek Next", "Open File", "Mute", "Help".
+    std::array<SkinControl, 8> imgButton;
+    // Increase player, increase master, decrease player, decrease master.
+    std::array<SkinControl, 4> imgVolumeButton;
+    SkinControl imgEQ, imgBalance;
+    SkinControl imgSysMenu, imgMinimize, imgRollUp, imgClose;
+    SkinControl lblmnuFile, lblmnuPlayBack, lblmnuConversions, lblmnuOptions, lblmnuWindow,
+        lblmnuHelp;
+    // Invisible holders: the full face while rolled up, and the rolled-up face.
+    SkinControl imgTemp, imgBack;
+    // The title (0) and its three shadows.
+    std::array<SkinLabel, 4> lblTitle;
+    CCaptionlessWindowMover Mover;
+
+    // Applies a skin folder (empty: the built-in skin). A "/" it adds to the path reaches
+    // the caller's string.
+    void LoadSkin(QString& SkinPath);
+    void LoadSkin(const QString& SkinPath);
+    // Gives a picture file to a control or strip; false (and nothing changed) when the
+    // file cannot be read as a picture.
+    bool LoadPic(SkinControl& Target, const QString& Path);
+    bool LoadPic(PictureClip& Target, const QString& Path);
+
+    void RollUp();
+    // A three-digit read-out: FirstOffset 0 is the player's volume, 3 the master volume.
+    void ShowNumberField(int FirstOffset, const QString& Text);
     // Paints the two three-digit volume read-outs.
     void PaintVolumes();
+
+    // Mouse events of the windowless controls. Button: 1 left, 2 right, 4 middle; Shift:
+    // 1 shift, 2 ctrl, 4 alt; X and Y in pixels from the control's corner.
+    void imgButton_MouseDown(int Index, int Button, int Shift, int X, int Y);
+    void imgButton_MouseUp(int Index, int Button, int Shift, int X, int Y);
+    void imgBalance_MouseMove(int Button, int Shift, int X, int Y);
+
+    // ---- Display interface: the face's painting, which the skin owns ----
+    // The position thumb; its travel runs from left 16 to 268 minus its width.
+    SkinControl imgPlayProgress{QRect(16, 119, 20, 8), QString(), QPixmap()};
+    // Sets the four title labels; nothing when the first already shows the text.
+    void Title(const QString& Text);
+    // What the title shows.
+    QString TitleText() const;
+    // The level picture, cut to Level x 1.61 pixels; 0 hides it. Display only.
+    void EQVolume(int Level);
+    // Paints a six-digit clock field: 0 elapsed, 6 length.
+    void ShowClockField(int FirstCell, const QString& Text);
+    // The clock text of a time: hours, minutes and seconds of two digits each, read as
+    // one number, so leading zeros go.
+    static QString ClockText(double Seconds);
+    // Places the thumb for a position of a length (both in seconds).
+    void ThumbFromTime(double Position, double Length);
+    // The time the thumb stands for, in whole seconds of a length.
+    long TimeFromThumb(double Length) const;
+    // Places the thumb from a position and paints the elapsed digits from the thumb.
+    void ShowPosition(double Position, double Length);
+    // A mouse move over the thumb (Button 1 left, 0 none; X from the thumb's corner):
+    // with no button X is kept as the anchor, with the left one the thumb follows, then
+    // SeekFromThumb seeks.
+    void imgPlayProgress_MouseMove(int Button, int Shift, int X, int Y);
+    int progressAnchor_ = 0;
+
+    // ---- Defined with the playback session and transport (player core) ----------------
+    void imgButton_Click(int index);
+    void mnuStop();
+    // Opens the paths of the last drop, which the window's drop handling leaves in
+    // DroppedFiles, from the first to the last.
+    void Process_DROPFILES();
+    QStringList DroppedFiles;
+    // Writes the thumb's left and repaints it.
+    void MoveThumb(int left);
+    // Whether a player control is playing (play state 2).
+    bool AnyPlayerPlaying() const;
+    // After a drag moved the thumb: seeks the player to the time the thumb stands for.
+    void SeekFromThumb();
+
+    // ---- Volume and balance (player/frmMain_volume.cpp) --------------------------------
+    void VolumeStep(int Index);
+    void imgVolumeButton_MouseDown(int Index, int Button, int Shift, int X, int Y);
+    void imgVolumeButton_MouseUp(int Index, int Button, int Shift, int X, int Y);
+    void tmrVolume_Timer();
+    // The index of the held volume button.
+    int tmrVolumeTag = 0;
+    // Sets the player's volume on every player control that is there.
+    void ApplyPlayerVolume();
+    void mnuMute();
+    // The balance thumb from a value -1000..1000, and the value from the thumb.
+    void SetBalance(int Value);
+    int GetBalance() const;
+    // Gives the balance of the thumb to the audio player.
+    void ApplyBalance();
+
+    // ---- Keys and window commands (player/frmMain_keys.cpp) ----------------------------
+    void Form_KeyDown(int KeyCode, int Shift);
+    // Opens one of frmTemp's menus below a menu word.
+    void PopupBelow(QMenu* menu, const SkinControl& label);
+    void lblmnuFile_Click();
+    void lblmnuPlayBack_Click();
+    void lblmnuConversions_Click();
+    void lblmnuOptions_Click();
+    void lblmnuWindow_Click();
+    void lblmnuHelp_Click();
+    // Readies the system menu: Restore only for a minimised window, Close the default.
+    void PrepareSysMenu();
+    void imgSysMenu_Click();
+    void imgSysMenu_DblClick();
+    void imgMinimize_Click();
+    void imgRollUp_Click();
+    void imgClose_Click();
+    void Form_DblClick();
+    // The hook's messages: a docked playlist follows moves, the window stays inside the
+    // work area, the caption's right click opens the system menu, drops are opened.
+    void Subclass1_WndProc(quint32 Msg, qintptr wParam, qintptr lParam, long* Result);
+    // Moves a proposed window place inside an area on all four sides.
+    static void KeepInWorkArea(WindowPos& pos, const QRect& area);
+
     // Opens the one path given on the command line, if it names an existing file.
     void OpenCommandLine(const QString& path);
 
@@ -154,6 +275,15 @@ protected:
     bool queryUnload(UnloadMode mode) override;
     bool unloadEvent() override;
 
+    // ---- Face: painting and the mouse of the windowless controls ----------------------
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     // ---- Opening media ----
     // Which way a file came in; the messages differ by it.
@@ -206,6 +336,37 @@ private:
     bool restartPending_ = false;
     // Connects the timers; runs as the last member is made.
     bool sessionWired_ = wireSession();
+
+    // ---- Face ---------------------------------------------------------------------------
+    // A place on the face that takes the mouse.
+    struct Area {
+        enum Kind {
+            None, Button, VolumeButton, PlayProgress, Balance, SysMenu, Minimize, RollUpBox,
+            Close, MenuWord, Digit, Level, TitleLabel
+        };
+        Kind kind = None;
+        int index = 0;
+    };
+    Area areaAt(const QPoint& pt) const;
+    QRect areaRect(const Area& area) const;
+    QString areaToolTip(const Area& area) const;
+    void areaMouseDown(const Area& area, int button, int shift, const QPoint& pt);
+    void areaMouseMove(const Area& area, int buttons, int shift, const QPoint& pt);
+    void areaMouseUp(const Area& area, int button, int shift, const QPoint& pt);
+    void areaClick(const Area& area);
+    void areaDblClick(const Area& area);
+    void layOutFace();
+    bool applySkin(QString& SkinPath);
+
+    // The text last painted in each clock field.
+    std::array<QString, 2> clockCache_;
+    // The pointer's X over the balance thumb while no button is held.
+    int balanceAnchor_ = 0;
+    // The area that took the last press, until its release.
+    Area pressed_;
+    bool pressActive_ = false;
+    bool dblClicked_ = false;
+    bool faceLaidOut_ = false;
 };
 
 }  // namespace cantovel

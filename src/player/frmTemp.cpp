@@ -121,6 +121,7 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
         connect(MP.get(), &MediaPlayer::PlayStateChange, this, &frmTemp::MP_PlayStateChange);
     }
     wireTransport();
+    connectWindowCommands();
 }
 
 frmTemp& frmTemp::get() { return Forms::touch<frmTemp>(); }

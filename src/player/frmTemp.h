@@ -95,6 +95,25 @@ public:
     // The recently used media files, set up by the main window's load; may be null.
     std::unique_ptr<MruList> MRU;
 
+    // ---- Window commands (player/frmTemp_commands.cpp) --------------------------------
+    // The rows of "Recommended Sites...".
+    std::array<QAction*, 4> mnuSite{};
+    void mnuRollup_Click();
+    void mnuMute_Click();
+    void mnuPreferences_Click();
+    void mnuMMProperties_Click(int Page);
+    void mnuStartSS_Click();
+    void mnuHelpFile_Click();
+    void mnuMailBrightfen_Click();
+    void mnuVisitBrightfen_Click();
+    void mnuSite_Click(int Index);
+    void mnuAbout_Click();
+    void mnuDisclaimer_Click();
+    void mnuExit_Click();
+    void popRestore_Click();
+    void popMinimize_Click();
+    void popClose_Click();
+
 public slots:
     // ---- Transport menu handlers: they forward to the main window ----
     void mnuPlay_Click();
@@ -118,6 +137,7 @@ private:
     void seek(int step);
 
     QAction* item(QMenu* menu, const char* name, const QString& caption);
+    void connectWindowCommands();
 };
 
 }  // namespace cantovel

@@ -1,0 +1,302 @@
+// The main window's face, read back from what it paints.
+#include <gtest/gtest.h>
+
+#include "support/MainWindowFixture.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class DisplayTest : public MainWindowFixture {
+  protected:
+    // What cell `i` of imgTime shows on the face, at the built-in digits' size.
+    QImage cellOnFace(frmMain& m, int i) {
+        return part(face(m), QRect(m.imgTime[i].rect.topLeft(), QSize(10, 16)));
+    }
+    QImage digit(frmMain& m, int d) { return picture(m.clpDigits.GraphicCell(d)); }
+    QImage blank(frmMain& m, int i) {
+        return background(m, QRect(m.imgTime[i].rect.topLeft(), QSize(10, 16)));
+    }
+    // The digits a field shows, "-" for a blank cell, "?" for anything else.
+    QString shown(frmMain& m, int first, int count) {
+        QString s;
+        for (int i = first; i < first + count; ++i) {
+            const QImage cell = cellOnFace(m, i);
+            QChar c = u'?';
+            if (cell == blank(m, i)) c = u'-';
+            for (int d = 0; d < 10; ++d)
+                if (cell == digit(m, d)) c = QChar(u'0' + d);
+            s += c;
+        }
+        return s;
+    }
+};
+
+TEST_F(DisplayTest, TheFaceIsTheBuiltInSkinAt300By175WithNoCaption) {
+    frmMain& m = load();
+    EXPECT_EQ(m.size(), QSize(300, 175));
+    EXPECT_TRUE(m.windowFlags() & Qt::FramelessWindowHint);
+    // Where no control paints, the face is the built-in picture, pixel for pixel.
+    const QImage shot = face(m);
+    EXPECT_EQ(part(shot, QRect(0, 0, 300, 40)), background(m, QRect(0, 0, 300, 40)));
+    EXPECT_EQ(picture(m.Picture).size(), QSize(300, 175));
+}
+
+TEST_F(DisplayTest, NumberFieldsAreRightAlignedWithoutLeadingZeros) {
+    frmMain& m = load();
+    m.ShowNumberField(0, QStringLiteral("7"));
+    EXPECT_EQ(shown(m, 12, 3), QStringLiteral("--7"));
+    m.ShowNumberField(3, QStringLiteral("100"));
+    EXPECT_EQ(shown(m, 15, 3), QStringLiteral("100"));
+    // Other characters are passed over; the walk stops at the leftmost cell.
+    m.ShowNumberField(0, QStringLiteral("4x2"));
+    EXPECT_EQ(shown(m, 12, 3), QStringLiteral("-42"));
+    m.ShowNumberField(0, QStringLiteral("12345"));
+    EXPECT_EQ(shown(m, 12, 3), QStringLiteral("345"));
+}
+
+TEST_F(DisplayTest, TheStartShowsBothVolumes) {
+    mixer->volume = 42;
+    frmMain& m = load();
+    EXPECT_EQ(shown(m, 12, 3), QStringLiteral("100"));
+    EXPECT_EQ(shown(m, 15, 3), QStringLiteral("-42"));
+}
+
+TEST_F(DisplayTest, ClockFieldsShowSixDigitsWithLeadingZeros) {
+    frmMain& m = load();
+    m.ShowClockField(0, QStringLiteral("342"));
+    EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000342"));
+    m.ShowClockField(6, frmMain::ClockText(3 * 3600 + 25 * 60 + 7));
+    EXPECT_EQ(shown(m, 6, 6), QStringLiteral("032507"));
+    // The two fields keep their own texts.
+    EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000342"));
+}
+
+TEST_F(DisplayTest, AnEqualTextRepaintsNothing) {
+    frmMain& m = load();
+    m.ShowClockField(0, QStringLiteral("342"));
+    // New digits would show if the field were painted again.
+    m.clpDigits.setPicture(QPixmap());
+    m.ShowClockField(0, QStringLiteral("342"));
+    m.clpDigits.setPicture(QPixmap(QStringLiteral(":/res/103")));
+    EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000342"));
+}
+
+TEST_F(DisplayTest, AnEmptyTextBlanksTheClockField) {
+    frmMain& m = load();
+    m.ShowClockField(6, QStringLiteral("415"));
+    m.ShowClockField(6, QString());
+    EXPECT_EQ(shown(m, 6, 6), QStringLiteral("------"));
+    // Once blank, another empty text leaves what the cells hold.
+    m.imgTime[6].setPicture(m.clpDigits.GraphicCell(9));
+    m.ShowClockField(6, QString());
+    EXPECT_EQ(shown(m, 6, 6), QStringLiteral("9-----"));
+}
+
+TEST_F(DisplayTest, ALongerTextShowsItsLastSixDigits) {
+    frmMain& m = load();
+    m.ShowClockField(0, QStringLiteral("1234567"));
+    EXPECT_EQ(shown(m, 0, 6), QStringLiteral("234567"));
+}
+
+TEST_F(DisplayTest, DigitPlacesTakeTheSizeOfTheSkinsDigits) {
+    frmMain& m = load();
+    QPixmap big(200, 32);
+    big.fill(Qt::red);
+    m.clpDigits.setPicture(big);
+    m.ShowNumberField(0, QStringLiteral("5"));
+    EXPECT_EQ(m.imgTime[14].rect, QRect(149, 42, 20, 32));
+}
+
+TEST_F(DisplayTest, TheThumbFollowsTheTimeAndTheDigitsFollowTheThumb) {
+    frmMain& m = load();
+    m.ShowPosition(0, 100);
+    EXPECT_EQ(m.imgPlayProgress.Left(), 16);
+    m.ShowPosition(50, 100);
+    // Half of the travel of 248 pixels for a thumb 20 wide.
+    EXPECT_EQ(m.imgPlayProgress.Left(), 140);
+    EXPECT_EQ(part(face(m), QRect(140, 119, 20, 8)), picture(m.imgPlayProgress.picture));
+    // The elapsed digits are read back from the thumb, at its resolution.
+    m.ShowPosition(59, 7200);
+    EXPECT_EQ(m.imgPlayProgress.Left(), 18);
+    EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000058"));
+}
+
+TEST_F(DisplayTest, ADraggedThumbKeepsThePointWhereItWasGrabbed) {
+    frmMain& m = load();
+    m.CurrentFile = QStringLiteral("/music/song.mp3");
+    hover(m, QPoint(16 + 7, 122));
+    press(m, QPoint(16 + 7, 122));
+    drag(m, QPoint(16 + 7 + 50, 122));
+    EXPECT_EQ(m.imgPlayProgress.Left(), 66);
+    drag(m, QPoint(66 + 7 + 30, 140));
+    release(m, QPoint(66 + 7 + 30, 140));
+    EXPECT_EQ(m.imgPlayProgress.Left(), 96);
+    EXPECT_EQ(part(face(m), QRect(96, 119, 20, 8)), picture(m.imgPlayProgress.picture));
+}
+
+TEST_F(DisplayTest, AThumbWiderThanItsTravelStaysAt16) {
+    frmMain& m = load();
+    QPixmap wide(300, 8);
+    wide.fill(Qt::green);
+    m.imgPlayProgress.setPicture(wide);
+    m.ThumbFromTime(90, 100);
+    EXPECT_EQ(m.imgPlayProgress.Left(), 16);
+    m.ThumbFromTime(10, 100);
+    EXPECT_EQ(m.imgPlayProgress.Left(), 16);
+}
+
+TEST_F(DisplayTest, BalanceDragSnapsToTheCentre) {
+    frmMain& m = load();
+    // A grab at the thumb's first column, carried to each place from 217 to 279.
+    for (int target = 217; target <= 279; ++target) {
+        m.SetBalance(-1000);
+        const QPoint grabAt(m.imgBalance.Left(), 152);
+        hover(m, grabAt);
+        press(m, grabAt);
+        drag(m, QPoint(target, 152));
+        release(m, QPoint(target, 152));
+        const int expected = target >= 246 && target <= 250 ? 248 : target;
+        EXPECT_EQ(m.imgBalance.Left(), expected) << "dragged to " << target;
+    }
+    EXPECT_EQ(m.GetBalance(), 1000);
+    m.SetBalance(-1000);
+    hover(m, QPoint(217, 152));
+    press(m, QPoint(217, 152));
+    drag(m, QPoint(247, 152));
+    release(m, QPoint(247, 152));
+    EXPECT_EQ(m.GetBalance(), 0);
+    EXPECT_EQ(part(face(m), QRect(248, 149, 5, 8)), picture(m.imgBalance.picture).copy(0, 0, 5, 8));
+    // Past its ends the thumb stops.
+    press(m, QPoint(248, 152));
+    drag(m, QPoint(400, 152));
+    release(m, QPoint(400, 152));
+    EXPECT_EQ(m.imgBalance.Left(), 279);
+}
+
+TEST_F(DisplayTest, TheLevelPictureIsCutToTheLevel) {
+    frmMain& m = load();
+    const QImage level = picture(m.imgEQ.picture);
+    m.EQVolume(100);
+    EXPECT_TRUE(m.imgEQ.visible);
+    EXPECT_EQ(m.imgEQ.rect.width(), 161);
+    EXPECT_EQ(part(face(m), QRect(121, 77, 161, 7)), level);
+    m.EQVolume(50);
+    EXPECT_EQ(part(face(m), QRect(121, 77, 80, 7)), level.copy(0, 0, 80, 7));
+    EXPECT_EQ(part(face(m), QRect(201, 77, 81, 7)), background(m, QRect(201, 77, 81, 7)));
+    m.EQVolume(0);
+    EXPECT_FALSE(m.imgEQ.visible);
+    EXPECT_EQ(part(face(m), QRect(121, 77, 161, 7)), background(m, QRect(121, 77, 161, 7)));
+    // Above 100 the width is not limited.
+    m.EQVolume(120);
+    EXPECT_EQ(m.imgEQ.rect.width(), 193);
+}
+
+// The box around every pixel where two pictures differ.
+QRect changed(const QImage& a, const QImage& b) {
+    QRect box;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            if (a.pixel(x, y) != b.pixel(x, y)) box |= QRect(x, y, 1, 1);
+    return box;
+}
+
+TEST_F(DisplayTest, TheTitleHasThreeShadows) {
+    frmMain& m = load();
+    const QImage none = face(m);
+    m.Title(QStringLiteral("Some Song.mp3"));
+    for (const SkinLabel& l : m.lblTitle) EXPECT_EQ(l.Caption, QStringLiteral("Some Song.mp3"));
+    const QImage all = face(m);
+    for (int i = 1; i < 4; ++i) m.lblTitle[i].visible = false;
+    const QImage textOnly = face(m);
+    // The text sits centred in its field; the shadows reach one pixel right and below.
+    const QRect text = changed(textOnly, none);
+    ASSERT_FALSE(text.isEmpty());
+    EXPECT_TRUE(QRect(16, 100, 265, 17).contains(text));
+    EXPECT_LE(std::abs((text.left() - 16) - (280 - text.right())), 1);
+    EXPECT_EQ(changed(all, none), text.adjusted(0, 0, 1, 1));
+    // The lower right corner of the text's box holds shadow, not text.
+    const QRect shadowOnly = changed(all, textOnly);
+    EXPECT_EQ(shadowOnly.bottomRight(), text.bottomRight() + QPoint(1, 1));
+    for (int i = 1; i < 4; ++i) m.lblTitle[i].visible = true;
+    // The same title again changes nothing.
+    m.lblTitle[2].Caption = QStringLiteral("kept");
+    m.Title(QStringLiteral("Some Song.mp3"));
+    EXPECT_EQ(m.lblTitle[2].Caption, QStringLiteral("kept"));
+}
+
+TEST_F(DisplayTest, RollingUpAndDownTwiceRestoresThePicture) {
+    frmMain& m = load();
+    m.ShowClockField(0, QStringLiteral("1234"));
+    const QImage before = face(m);
+    for (int round = 0; round < 2; ++round) {
+        m.RollUp();
+        EXPECT_EQ(m.height(), 38);
+        EXPECT_EQ(temp().mnuRollup->text(), QStringLiteral("&Roll Down"));
+        EXPECT_EQ(m.imgRollUp.toolTip, QStringLiteral("Roll Down"));
+        EXPECT_EQ(part(face(m), QRect(0, 0, 300, 38)), picture(m.imgBack.picture));
+        m.RollUp();
+        EXPECT_EQ(m.height(), 175);
+        EXPECT_EQ(temp().mnuRollup->text(), QStringLiteral("&Roll Up"));
+        EXPECT_EQ(m.imgRollUp.toolTip, QStringLiteral("Roll Up"));
+        EXPECT_EQ(face(m), before);
+    }
+}
+
+TEST_F(DisplayTest, TheRollUpBoxAndADoubleClickRollTheWindow) {
+    frmMain& m = load();
+    click(m, QPoint(279, 7));
+    EXPECT_EQ(m.height(), 38);
+    mouse(m, QEvent::MouseButtonDblClick, QPoint(150, 12), Qt::LeftButton, Qt::LeftButton);
+    release(m, QPoint(150, 12));
+    EXPECT_EQ(m.height(), 175);
+}
+
+TEST_F(DisplayTest, APressShowsThePressedFaceUntilRelease) {
+    frmMain& m = load();
+    const QImage before = face(m);
+    const QRect stop(89, 142, 24, 18);
+    press(m, QPoint(95, 150));
+    EXPECT_EQ(part(face(m), stop), picture(m.clpButtons.GraphicCell(3)));
+    // Only the pressed button shows its face.
+    EXPECT_EQ(part(face(m), QRect(17, 142, 72, 18)), part(before, QRect(17, 142, 72, 18)));
+    release(m, QPoint(95, 150));
+    EXPECT_EQ(face(m), before);
+}
+
+TEST_F(DisplayTest, ARightButtonPressPaintsNothing) {
+    frmMain& m = load();
+    const QImage before = face(m);
+    for (const QPoint& p : {QPoint(95, 150), QPoint(170, 44)}) {
+        press(m, p, Qt::RightButton);
+        EXPECT_EQ(face(m), before);
+        release(m, p, Qt::RightButton);
+    }
+    EXPECT_FALSE(m.tmrVolume.isEnabled());
+}
+
+TEST_F(DisplayTest, ControlsCarryTheirTooltips) {
+    frmMain& m = load();
+    EXPECT_EQ(m.imgButton[5].toolTip, QStringLiteral("Open File"));
+    EXPECT_EQ(m.imgVolumeButton[3].toolTip, QStringLiteral("Decrease Master Volume"));
+    EXPECT_EQ(m.imgTime[13].toolTip, QStringLiteral("Cantovel Volume"));
+    EXPECT_EQ(m.imgClose.toolTip, QStringLiteral("Close"));
+}
+
+TEST_F(DisplayTest, DraggingTheBackgroundMovesTheWindowWithThePointer) {
+    frmMain& m = load();
+    m.move(100, 100);
+    QApplication::processEvents();
+    press(m, QPoint(150, 90));
+    drag(m, QPoint(170, 95));
+    release(m, QPoint(170, 95));
+    EXPECT_EQ(m.pos(), QPoint(120, 105));
+    // The digits do not carry the window.
+    press(m, QPoint(30, 50));
+    drag(m, QPoint(60, 50));
+    release(m, QPoint(60, 50));
+    EXPECT_EQ(m.pos(), QPoint(120, 105));
+}
+
+}  // namespace

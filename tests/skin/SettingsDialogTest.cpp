@@ -1,0 +1,145 @@
+// The General Settings dialog: what it shows, stores and reloads.
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QDir>
+#include <QImage>
+#include <QLabel>
+#include <QPushButton>
+
+#include "app/Settings.h"
+#include "skin/ResPicture.h"
+#include "skin/frmSettings.h"
+#include "support/MainWindowFixture.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class SettingsDialogTest : public MainWindowFixture {
+  protected:
+    QString skin(const QString& name, QColor back) {
+        const QString dir = tempDir() + u'/' + name;
+        QDir().mkpath(dir);
+        QImage img(300, 175, QImage::Format_RGB32);
+        img.fill(back);
+        EXPECT_TRUE(img.save(dir + QStringLiteral("/back.bmp"), "BMP"));
+        return dir;
+    }
+    QString setting(const char* name) {
+        return ReadAppSetting(QLatin1String(name), QStringLiteral("<none>"));
+    }
+};
+
+TEST_F(SettingsDialogTest, ShowsTheStoredValuesAndDefaults) {
+    load();
+    SaveAppSetting(QStringLiteral("Loop Other"), QStringLiteral("1"));
+    frmSettings& s = Forms::touch<frmSettings>();
+    EXPECT_FALSE(s.Check2->isChecked());
+    EXPECT_FALSE(s.Check3->isChecked());
+    EXPECT_TRUE(s.Check6->isChecked());
+    EXPECT_TRUE(s.chkExtension->isChecked());
+    EXPECT_EQ(s.lblSkinPath->text(), QStringLiteral("[Default Skin]"));
+    QString temp = QDir::tempPath().toLower();
+    if (!temp.endsWith(u'/')) temp += u'/';
+    EXPECT_EQ(s.Label2->text(), temp);
+    EXPECT_EQ(s.Check2->text(), QStringLiteral("&Save Cantovel's Position"));
+    EXPECT_EQ(s.Command3->text(), QStringLiteral("&Browse..."));
+    EXPECT_EQ(s.cmdSkinPath->text(), QStringLiteral("Bro&wse..."));
+}
+
+TEST_F(SettingsDialogTest, OkStoresEverythingAndLoadsTheChosenSkin) {
+    frmMain& m = load();
+    const QString dir = skin(QStringLiteral("blue"), Qt::blue);
+    frmSettings& s = Forms::touch<frmSettings>();
+    s.Check2->setChecked(true);
+    s.Check6->setChecked(true);
+    s.chkExtension->setChecked(false);
+    dialogs->scriptFolder(dir);
+    s.cmdSkinPath->click();
+    ASSERT_EQ(dialogs->calls.size(), 1);
+    EXPECT_EQ(dialogs->calls[0].prompt, QStringLiteral("Select Skin Path"));
+    EXPECT_EQ(s.lblSkinPath->text(), dir + u'/');
+    EXPECT_EQ(setting("Skin Path"), dir);
+
+    m.CurrentFile = QStringLiteral("/music/song.mp3");
+    m.Title(QStringLiteral("song.mp3"));
+    s.Command1->click();
+    EXPECT_EQ(setting("Position"), QStringLiteral("1"));
+    EXPECT_EQ(setting("Always Ontop"), QStringLiteral("0"));
+    EXPECT_EQ(setting("Loop Other"), QStringLiteral("1"));
+    EXPECT_EQ(setting("Show Extension"), QStringLiteral("0"));
+    EXPECT_EQ(setting("SkinPath"), dir + u'/');
+    EXPECT_EQ(m.lblTitle[0].Caption, QStringLiteral("song"));
+    QImage blue(300, 175, QImage::Format_RGB32);
+    blue.fill(Qt::blue);
+    EXPECT_EQ(picture(m.Picture), blue);
+    EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmSettings")));
+}
+
+TEST_F(SettingsDialogTest, OkWithTheDefaultSkinSavesEmptyWithoutReloading) {
+    frmMain& m = load();
+    const QString dir = skin(QStringLiteral("red"), Qt::red);
+    m.LoadSkin(dir);
+    SaveAppSetting(QStringLiteral("SkinPath"), dir);
+    frmSettings& s = Forms::touch<frmSettings>();
+    s.lblSkinPath->setText(QStringLiteral("[Default Skin]"));
+    s.Command1->click();
+    EXPECT_EQ(setting("SkinPath"), QString());
+    QImage red(300, 175, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    EXPECT_EQ(picture(m.Picture), red);
+}
+
+TEST_F(SettingsDialogTest, ARemovedSkinFolderKeepsTheOldSkinSilently) {
+    frmMain& m = load();
+    const QString dir = skin(QStringLiteral("gone"), Qt::green);
+    frmSettings& s = Forms::touch<frmSettings>();
+    s.lblSkinPath->setText(dir + u'/');
+    QDir(dir).removeRecursively();
+    s.Command1->click();
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(picture(m.Picture), picture(LoadResPicture(101)));
+    EXPECT_EQ(setting("SkinPath"), dir + u'/');
+}
+
+TEST_F(SettingsDialogTest, DefaultReturnsToTheBuiltInSkinAndCloses) {
+    frmMain& m = load();
+    const QString dir = skin(QStringLiteral("red"), Qt::red);
+    m.LoadSkin(dir);
+    SaveAppSetting(QStringLiteral("SkinPath"), dir);
+    SaveAppSetting(QStringLiteral("Loop Other"), QStringLiteral("1"));
+    frmSettings& s = Forms::touch<frmSettings>();
+    s.Check6->setChecked(false);
+    s.Command2->click();
+    EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmSettings")));
+    EXPECT_EQ(setting("SkinPath"), QString());
+    EXPECT_EQ(picture(m.Picture), picture(LoadResPicture(101)));
+    // Nothing else is reset.
+    EXPECT_EQ(setting("Loop Other"), QStringLiteral("1"));
+}
+
+TEST_F(SettingsDialogTest, CancelStoresNothingButTheBrowsedFolders) {
+    load();
+    frmSettings& s = Forms::touch<frmSettings>();
+    const QString folder = tempDir() + QStringLiteral("/scratch");
+    dialogs->scriptFolder(folder + u'/');
+    s.Command3->click();
+    EXPECT_EQ(s.Label2->text(), folder + u'/');
+    s.Check3->setChecked(true);
+    s.cmdCancel->click();
+    EXPECT_EQ(setting("Temp Path"), folder);
+    EXPECT_EQ(setting("Temp  Location"), QStringLiteral("<none>"));
+    EXPECT_EQ(setting("Always Ontop"), QStringLiteral("<none>"));
+    EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmSettings")));
+}
+
+TEST(KeyNumbers, ClearsPrintableCharactersButDigitsAndThePoint) {
+    EXPECT_EQ(frmSettings::KeyNumbers('5'), '5');
+    EXPECT_EQ(frmSettings::KeyNumbers('.'), '.');
+    EXPECT_EQ(frmSettings::KeyNumbers('a'), 0);
+    EXPECT_EQ(frmSettings::KeyNumbers(8), 8);  // backspace passes
+}
+
+}  // namespace
