@@ -127,20 +127,6 @@ public:
     void imgPlayProgress_MouseMove(int Button, int Shift, int X, int Y);
     int progressAnchor_ = 0;
 
-    // ---- Defined with the playback session and transport (player core) ----------------
-    void imgButton_Click(int index);
-    void mnuStop();
-    // Opens the paths of the last drop, which the window's drop handling leaves in
-    // DroppedFiles, from the first to the last.
-    void Process_DROPFILES();
-    QStringList DroppedFiles;
-    // Writes the thumb's left and repaints it.
-    void MoveThumb(int left);
-    // Whether a player control is playing (play state 2).
-    bool AnyPlayerPlaying() const;
-    // After a drag moved the thumb: seeks the player to the time the thumb stands for.
-    void SeekFromThumb();
-
     // ---- Volume and balance (player/frmMain_volume.cpp) --------------------------------
     void VolumeStep(int Index);
     void imgVolumeButton_MouseDown(int Index, int Button, int Shift, int X, int Y);
@@ -236,36 +222,6 @@ public:
     void mnuDelete();
     // After a drag moved the thumb: seeks the player to the time the thumb stands for.
     void SeekFromThumb();
-
-    // ---- Display interface: the face's painting, which the skin owns ----
-    // The position thumb; its travel runs from left 16 to 268 minus its width.
-    SkinControl imgPlayProgress{QRect(16, 119, 20, 8), QString(), QPixmap()};
-    // Sets the four title labels; nothing when the first already shows the text.
-    void Title(const QString& Text);
-    // What the title shows.
-    QString TitleText() const;
-    // The level picture; display only.
-    void EQVolume(int Level);
-    // Paints a six-digit clock field: 0 elapsed, 6 length.
-    void ShowClockField(int FirstCell, const QString& Text);
-    // The clock text of a time: hours, minutes and seconds of two digits each, read as
-    // one number, so leading zeros go.
-    static QString ClockText(double Seconds);
-    // Places the thumb for a position of a length (both in seconds).
-    void ThumbFromTime(double Position, double Length);
-    // The time the thumb stands for, in whole seconds of a length.
-    long TimeFromThumb(double Length) const;
-    // Places the thumb from a position and paints the elapsed digits from the thumb.
-    void ShowPosition(double Position, double Length);
-    // A mouse move over the thumb (Button 1 left, 0 none; X from the thumb's corner):
-    // with no button X is kept as the anchor, with the left one the thumb follows, then
-    // SeekFromThumb seeks.
-    void imgPlayProgress_MouseMove(int Button, int Shift, int X, int Y);
-    // What the face shows now.
-    QString titleCaption_;
-    std::array<QString, 2> clockFieldText_;  // elapsed, length
-    int eqLevel_ = 0;
-    int progressAnchor_ = 0;
 
 public slots:
     // A command handed over by a later start of the program: "[Restore App]" or a path.
