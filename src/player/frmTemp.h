@@ -114,6 +114,20 @@ public:
     void popMinimize_Click();
     void popClose_Click();
 
+    // ---- Commands that open the other subsystems' windows; each is defined in the
+    // folder of the window it opens ----
+    void mnuPlaylist_Click();          // playlist/
+    void mnuCDDB_Click();              // cd/ (CDDB access player)
+    void mnuAdvCDPlayer_Click();       // cd/ (Audio CD control panel)
+    void mnuCDtoWAV_Click();           // convert/ (CD conversions)
+    void mnuCDtoMP3_Click();           // convert/ (CD conversions)
+    void mnuWAVtoMP3_Click();          // convert/ (file conversions)
+    void mnuMP3toWAV_Click();          // convert/ (file conversions)
+    void mnuWAVBatch_Click();          // convert/ (file conversions)
+    void mnuAdvVideoCDPlayer_Click();  // video/
+    void mnuAssociate_Click();         // shell/
+    void mnuMinTray_Click();           // shell/
+
 public slots:
     // ---- Transport menu handlers: they forward to the main window ----
     void mnuPlay_Click();

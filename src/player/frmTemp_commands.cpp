@@ -85,6 +85,17 @@ void frmTemp::connectWindowCommands() {
     on(popRestore, &frmTemp::popRestore_Click);
     on(popMinimize, &frmTemp::popMinimize_Click);
     on(popClose, &frmTemp::popClose_Click);
+    on(mnuPlaylist, &frmTemp::mnuPlaylist_Click);
+    on(mnuCDDB, &frmTemp::mnuCDDB_Click);
+    on(mnuAdvCDPlayer, &frmTemp::mnuAdvCDPlayer_Click);
+    on(mnuCDtoWAV, &frmTemp::mnuCDtoWAV_Click);
+    on(mnuCDtoMP3, &frmTemp::mnuCDtoMP3_Click);
+    on(mnuWAVtoMP3, &frmTemp::mnuWAVtoMP3_Click);
+    on(mnuMP3toWAV, &frmTemp::mnuMP3toWAV_Click);
+    on(mnuWAVBatch, &frmTemp::mnuWAVBatch_Click);
+    on(mnuAdvVideoCDPlayer, &frmTemp::mnuAdvVideoCDPlayer_Click);
+    on(mnuAssociate, &frmTemp::mnuAssociate_Click);
+    on(mnuMinTray, &frmTemp::mnuMinTray_Click);
 }
 
 void frmTemp::mnuRollup_Click() {
