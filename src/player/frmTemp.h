@@ -119,8 +119,8 @@ public:
     void mnuPlaylist_Click();          // playlist/
     void mnuCDDB_Click();              // cd/ (CDDB access player)
     void mnuAdvCDPlayer_Click();       // cd/ (Audio CD control panel)
-    void mnuCDtoWAV_Click();           // convert/ (CD conversions)
-    void mnuCDtoMP3_Click();           // convert/ (CD conversions)
+    void mnuCDtoWAV_Click();           // convert/ (CD to WAV)
+    void mnuCDtoMP3_Click();           // convert/ (CD to MP3)
     void mnuWAVtoMP3_Click();          // convert/ (file conversions)
     void mnuMP3toWAV_Click();          // convert/ (file conversions)
     void mnuWAVBatch_Click();          // convert/ (file conversions)

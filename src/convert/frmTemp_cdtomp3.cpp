@@ -1,9 +1,7 @@
-// The Conversions menu's CD commands.
+// The Conversions menu's CD to MP3 command.
 #include "player/frmTemp.h"
 
 namespace cantovel {
-
-void frmTemp::mnuCDtoWAV_Click() {}
 
 void frmTemp::mnuCDtoMP3_Click() {}
 
