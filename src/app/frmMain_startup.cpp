@@ -117,7 +117,9 @@ bool frmMain::queryUnload(UnloadMode) {
 bool frmMain::unloadEvent() {
     AppClosing = VTrue;
     UnloadOtherForms(this);
-    QCoreApplication::quit();
+    // Not quit(): that asks every window to close first, and this one, still unloading,
+    // would refuse and so keep the program running.
+    QCoreApplication::exit(0);
     return false;
 }
 

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QPointer>
 #include <QScreen>
+#include <QTimer>
 
 #include "app/AppState.h"
 #include "app/Form.h"
@@ -171,6 +172,20 @@ TEST_F(StartupTest, ClosingWritesThePositionEvenWithPositionOff) {
     EXPECT_EQ(AppClosing, VTrue);
     EXPECT_FALSE(IsFormLoaded("frmMain"));
     EXPECT_FALSE(IsFormLoaded("FRMTEMP"));
+}
+
+// With the program's event loop running, closing the main window ends it: every way out
+// (close box, Alt+F4, Exit) comes through the window's unload.
+TEST_F(StartupTest, UnloadingTheMainWindowEndsTheRunningEventLoop) {
+    frmMain* main = start();
+    QTimer::singleShot(0, main, [main] { main->unload(); });
+    // Should the loop not end, this ends it with a code the test sees.
+    QTimer guard;
+    guard.setSingleShot(true);
+    QObject::connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(7); });
+    guard.start(5000);
+    EXPECT_EQ(QCoreApplication::exec(), 0);
+    EXPECT_FALSE(IsFormLoaded("frmMain"));
 }
 
 TEST_F(StartupTest, SavedPositionIsUsedOnlyWithPositionOn) {
