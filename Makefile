@@ -29,9 +29,11 @@ test: build
 test-fast: build
 	scripts/run-tests $(BUILD)
 
+# The sanitizer build is clang's, and doubles as the fuzz build: its tests include a short
+# run of every fuzz target.
 $(ASAN_BUILD)/build.ninja:
-	cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCANTOVEL_SANITIZE=ON \
-	  -DCANTOVEL_BENCH=OFF $(CMAKE_ARGS)
+	CC=clang CXX=clang++ cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+	  -DCANTOVEL_SANITIZE=ON -DCANTOVEL_FUZZ=ON -DCANTOVEL_BENCH=OFF $(CMAKE_ARGS)
 
 test-asan: deps $(ASAN_BUILD)/build.ninja
 	cmake --build $(ASAN_BUILD) -j $(JOBS)
@@ -39,6 +41,12 @@ test-asan: deps $(ASAN_BUILD)/build.ninja
 
 bench: build
 	@bench/run-all $(BUILD)
+
+# Every fuzz target for FUZZ_SECONDS (default ten minutes) each.
+FUZZ_SECONDS ?= 600
+fuzz: deps $(ASAN_BUILD)/build.ninja
+	cmake --build $(ASAN_BUILD) -j $(JOBS)
+	scripts/run-fuzz $(ASAN_BUILD) $(FUZZ_SECONDS)
 
 format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i

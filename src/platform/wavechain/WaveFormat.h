@@ -23,6 +23,10 @@ struct WaveFormat {
         Gsm610,
     };
 
+    WaveFormat() = default;
+    WaveFormat(Encoding encoding, int sampleRate, int channels)
+        : encoding(encoding), sampleRate(sampleRate), channels(channels) {}
+
     Encoding encoding = Pcm16;
     int sampleRate = 44100;
     int channels = 2;
