@@ -92,6 +92,8 @@ public:
     void RollUp();
     // A three-digit read-out: FirstOffset 0 is the player's volume, 3 the master volume.
     void ShowNumberField(int FirstOffset, const QString& Text);
+    // The place the cells First .. First + Count - 1 of the digit fields cover.
+    QRect cellsRect(int First, int Count) const;
     // Paints the two three-digit volume read-outs.
     void PaintVolumes();
 

@@ -222,8 +222,9 @@ void frmMain::PlayDiscTrack(CDReader& reader) {
 }
 
 void frmMain::MoveThumb(int left) {
+    const QRect before = imgPlayProgress.rect;
     imgPlayProgress.rect.moveLeft(left);
-    update();
+    update(before | imgPlayProgress.rect);
 }
 
 bool frmMain::AnyPlayerPlaying() const {

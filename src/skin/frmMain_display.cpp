@@ -150,8 +150,16 @@ void frmMain::paintEvent(QPaintEvent*) {
 
 // ---- Digit fields -------------------------------------------------------------------------
 
+// The place the cells of a digit field cover.
+QRect frmMain::cellsRect(int First, int Count) const {
+    QRect r;
+    for (int i = First; i < First + Count; ++i) r |= imgTime[i].rect;
+    return r;
+}
+
 void frmMain::ShowNumberField(int FirstOffset, const QString& Text) {
     const int first = 12 + FirstOffset;
+    const QRect before = cellsRect(first, 3);
     for (int i = 0; i < 3; ++i) imgTime[first + i].setPicture(QPixmap());
     int cell = first + 2;
     for (int i = int(Text.size()) - 1; i >= 0 && cell >= first; --i) {
@@ -159,12 +167,13 @@ void frmMain::ShowNumberField(int FirstOffset, const QString& Text) {
         if (c < u'0' || c > u'9') continue;
         imgTime[cell--].setPicture(clpDigits.GraphicCell(c.unicode() - u'0'));
     }
-    update();
+    update(before | cellsRect(first, 3));
 }
 
 void frmMain::ShowClockField(int FirstCell, const QString& Text) {
     QString& cached = clockCache_[FirstCell / 6];
     if (cached == Text) return;
+    const QRect before = cellsRect(FirstCell, 6);
     if (Text.isEmpty()) {
         for (int i = 0; i < 6; ++i) imgTime[FirstCell + i].setPicture(QPixmap());
     } else {
@@ -178,7 +187,7 @@ void frmMain::ShowClockField(int FirstCell, const QString& Text) {
         }
     }
     cached = Text;
-    update();
+    update(before | cellsRect(FirstCell, 6));
 }
 
 QString frmMain::ClockText(double Seconds) {
@@ -240,14 +249,16 @@ void frmMain::imgBalance_MouseMove(int Button, int, int X, int) {
     left = std::clamp<qint64>(left, BalanceMin, BalanceMax);
     // Near the middle the thumb snaps to the centre.
     if (left >= 246 && left <= 250) left = BalanceCentre;
+    const QRect before = imgBalance.rect;
     imgBalance.setLeft(int(left));
-    update();
+    update(before | imgBalance.rect);
     ApplyBalance();
 }
 
 // ---- Level picture, title, roll-up --------------------------------------------------------
 
 void frmMain::EQVolume(int Level) {
+    const QRect before = imgEQ.rect;
     const qint64 width = CInt(Level * 1.61);
     if (width == 0) {
         imgEQ.visible = false;
@@ -255,13 +266,17 @@ void frmMain::EQVolume(int Level) {
         imgEQ.visible = true;
         imgEQ.rect.setWidth(int(width));
     }
-    update();
+    update(before | imgEQ.rect);
 }
 
 void frmMain::Title(const QString& Text) {
     if (Text == lblTitle[0].Caption) return;
-    for (SkinLabel& l : lblTitle) l.Caption = Text;
-    update();
+    QRect place;
+    for (SkinLabel& l : lblTitle) {
+        l.Caption = Text;
+        place |= l.rect;
+    }
+    update(place);
 }
 
 QString frmMain::TitleText() const {
