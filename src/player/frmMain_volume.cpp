@@ -4,6 +4,9 @@
 #include "app/Runtime.h"
 #include "app/Settings.h"
 #include "platform/mixer/Mixer.h"
+#include "player/PlayerWindows.h"
+#include "player/QueueView.h"
+#include "player/VideoPlayerWindow.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
 
@@ -35,12 +38,21 @@ void frmMain::VolumeStep(int Index) {
 }
 
 void frmMain::ApplyPlayerVolume() {
-    // The control volume: -10000 (silent) to 0 (full).
+    // The control volume: -10000 (silent) to 0 (full), on every player that is there: the
+    // hidden audio player, the queue's player and the video window's.
     const int volume = int(Int(PlayerVolume / 100.0 * 10000)) - 10000;
-    (void)volume;
+    if (frmTemp* temp = Forms::find<frmTemp>(); temp && temp->MP) temp->MP->setVolume(volume);
+    if (QueueView* queue = loadedWindow<QueueView>(); queue && queue->AM())
+        queue->AM()->setVolume(volume);
+    if (VideoPlayerWindow* video = loadedWindow<VideoPlayerWindow>(); video && video->MP())
+        video->MP()->setVolume(volume);
 }
 
-void frmMain::ApplyBalance() {}
+// The balance is the hidden audio player's alone.
+void frmMain::ApplyBalance() {
+    if (frmTemp* temp = Forms::find<frmTemp>(); temp && temp->MP)
+        temp->MP->setBalance(GetBalance());
+}
 
 // A held button steps once at once, again after half a second, then twenty times a second.
 void frmMain::imgVolumeButton_MouseDown(int Index, int Button, int, int, int) {

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "app/Settings.h"
+#include "player/PlayerWindows.h"
+#include "support/FakeMediaPlayer.h"
+#include "support/FakeVideoPlayerWindow.h"
 #include "support/MainWindowFixture.h"
 
 using namespace cantovel;
@@ -114,6 +117,28 @@ TEST_F(VolumeTest, WithoutAMixerTheMasterShows255AndNothingIsSaid) {
     m.mnuMute();
     m.mnuMute();
     EXPECT_TRUE(msgBox().shown.isEmpty());
+}
+
+// A step sets the control volume on every player that is open; the balance goes to the
+// hidden audio player only.
+TEST_F(VolumeTest, StepsReachThePlayersAndTheBalanceTheAudioPlayer) {
+    FakeMediaPlayer::install();
+    FakeVideoPlayerWindow::install();
+    frmMain& m = load();
+    VideoPlayerWindow* video = touchWindow<VideoPlayerWindow>();
+    ASSERT_TRUE(video && video->MP() && temp().MP);
+    m.PlayerVolume = 50;
+    press(m, button(2));
+    release(m, button(2));
+    EXPECT_EQ(temp().MP->Volume(), -5100);
+    EXPECT_EQ(video->MP()->Volume(), -5100);
+
+    // A drag 18 pixels left of the centre.
+    m.imgBalance_MouseMove(0, 0, 2, 0);
+    m.imgBalance_MouseMove(1, 0, 2 - 18, 0);
+    EXPECT_EQ(m.imgBalance.Left(), 230);
+    EXPECT_EQ(temp().MP->Balance(), -581);
+    EXPECT_EQ(video->MP()->Balance(), 0);
 }
 
 TEST_F(VolumeTest, BalanceAndThumbMapOntoEachOther) {
