@@ -8,6 +8,7 @@
 #include "platform/msgbox/MsgBox.h"
 #include "player/frmMain.h"
 #include "shell/DesktopAssociations.h"
+#include "shell/MprisService.h"
 
 namespace cantovel {
 
@@ -18,7 +19,9 @@ std::unique_ptr<InstanceLink>& runningLink() {
 }
 }  // namespace
 
-InstanceLink* RunningInstanceLink() { return runningLink().get(); }
+InstanceLink* RunningInstanceLink() {
+    return runningLink().get();
+}
 
 QString CommandLineOf(const QStringList& arguments) {
     // The shell splits an unquoted path with blanks into several arguments; joined again
@@ -33,9 +36,9 @@ QString HandOffCommand(const QString& path) {
     if (!ext.isEmpty()) {
         const QString type = ReadRegValue(RegRoot::ClassesRoot, ext, QString(), QString());
         if (!type.isEmpty()) {
-            const QString message = ReadRegValue(
-                RegRoot::ClassesRoot, type + QStringLiteral("\\Shell\\Open\\ddeexec"), QString(),
-                QString());
+            const QString message =
+                ReadRegValue(RegRoot::ClassesRoot, type + QStringLiteral("\\Shell\\Open\\ddeexec"),
+                             QString(), QString());
             if (!message.isEmpty()) command = message;
         }
     }
@@ -74,6 +77,7 @@ int SubMain(const QStringList& arguments) {
     }
     // With none running, a hand-off starts the program with the path, as a plain start.
     main->Form_Load(CommandLineOf(args));
+    StartMprisService();
     return -1;
 }
 
