@@ -10,6 +10,7 @@
 
 #include "app/Forms.h"
 #include "app/Settings.h"
+#include "platform/Components.h"
 #include "shell/AssociateFileType.h"
 #include "shell/DesktopAssociations.h"
 #include "shell/frmAssociate.h"
@@ -33,6 +34,20 @@ QString readAll(const QString& path) {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
 }
+
+// A store whose writes fail below one key.
+class FailingStore : public RegistryStore {
+  public:
+    explicit FailingStore(QString prefix) : prefix_(std::move(prefix)) {}
+    bool setValue(RegRoot root, const QString& key, const QString& name,
+                  const RegValue& value) override {
+        if (root == HKCR && key.startsWith(prefix_, Qt::CaseInsensitive)) return false;
+        return RegistryStore::setValue(root, key, name, value);
+    }
+
+  private:
+    QString prefix_;
+};
 
 class AssociateTest : public AppTest {
   protected:
@@ -228,6 +243,26 @@ TEST_F(AssociateTest, TheDatExtensionGoesWithTheLastBoxOfItsVariant) {
     // Processing order is the table's: the CD box first, the sound formats last.
     EXPECT_EQ(w.typeBoxes().front().box, w.Check9);
     EXPECT_EQ(w.typeBoxes().back().box, w.Check10);
+}
+
+TEST_F(AssociateTest, OnlyTheLastCallDecidesTheMessage) {
+    Components::provideService<Registry>(std::make_shared<FailingStore>("CD Audio File"));
+    // ".cda" fails, ".dat" after it goes through.
+    process({window().Check11}, false);
+    EXPECT_EQ(cr(".dat"), "Cantovel");
+    EXPECT_EQ(cr(".cda"), "<none>");
+    EXPECT_EQ(msgBox().texts(), QStringList{kSuccess});
+    EXPECT_EQ(window().LastResult, std::optional<bool>(true));
+
+    msgBox().reset();
+    Components::provideService<Registry>(std::make_shared<FailingStore>("Cantovel"));
+    process({window().Check11, window().Check1}, false);
+    // The CD type still went through; the failures did not stop the run.
+    EXPECT_NE(cr("CD Audio File\\Shell\\Open\\Command"), "<none>");
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"An error occurred while attempting to associate media files with "
+                          "Cantovel."});
+    EXPECT_EQ(msgBox().shown[0].style, Mb::Information | Mb::SetForeground);
 }
 
 TEST(DesktopEntry, ExecArgumentsAreQuotedByTheDesktopRules) {

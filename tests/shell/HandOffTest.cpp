@@ -125,3 +125,31 @@ TEST_F(HandOffTest, ThroughTheRealLinkASecondStartPlaysItsFileInTheFirst) {
     EXPECT_EQ(MP().PlayState(), MediaPlayer::mpPlaying);
     EXPECT_TRUE(msgBox().shown.isEmpty());
 }
+
+TEST_F(HandOffTest, AHandedOverPathThatNamesNoFileRestoresAndIsRefused) {
+    fakeLinks(false);
+    const QString first = song("First.wav");
+    ASSERT_EQ(SubMain({"cantovel", first}), -1);
+    frmMain* main = frmMain::instance();
+    main->showMinimized();
+    auto* link = static_cast<FakeInstanceLink*>(RunningInstanceLink());
+    ASSERT_NE(link, nullptr);
+
+    const QString gone = tempDir() + "/Gone.mp3";
+    link->deliver(u'"' + gone + u'"');
+    EXPECT_FALSE(main->isMinimized());
+    // The file of the moment stays current; the lists were replaced and then emptied by
+    // the player's refusal.
+    EXPECT_EQ(main->CurrentFile, first);
+    EXPECT_TRUE(main->List1.isEmpty());
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"An error occurred attempting to load \"Gone.mp3\".  The file is most "
+                          "likely corrupt, invalid, or an unsupported format."});
+
+    // An empty command only restores.
+    msgBox().reset();
+    main->showMinimized();
+    link->deliver(QString());
+    EXPECT_FALSE(main->isMinimized());
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+}
