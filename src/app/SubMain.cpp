@@ -50,19 +50,14 @@ int SubMain(const QStringList& arguments) {
     QStringList args = arguments;
     const bool handOff = args.size() > 1 && args[1] == DesktopAssociations::handOffSwitch();
     if (handOff) args.removeAt(1);
-    if (handOff && link && link->otherInstanceRunning()) {
-        // The desktop's way of the shell's DDE: the path goes to the running instance.
-        QString error;
-        if (!link->execute(HandOffCommand(CommandLineOf(args)), 200, &error))
-            MsgBoxShow(QStringLiteral("An error occurred attempting to communicate with ") +
-                       QString::fromLatin1(AppTitle) + QStringLiteral(": ") + error);
-        return 0;
-    }
     if (link && link->otherInstanceRunning()) {
-        // The second start never reads its own command line: it restores the first one
-        // and ends, whatever happens on the way.
+        // A plain second start never reads its own command line: it restores the first
+        // one and ends, whatever happens on the way. A hand-off (the desktop's way of the
+        // shell's DDE) sends its path instead.
+        const QString command =
+            handOff ? HandOffCommand(CommandLineOf(args)) : QStringLiteral("[Restore App]");
         QString error;
-        if (!link->execute(QStringLiteral("[Restore App]"), 200, &error))
+        if (!link->execute(command, 200, &error))
             MsgBoxShow(QStringLiteral("An error occurred attempting to communicate with ") +
                        QString::fromLatin1(AppTitle) + QStringLiteral(": ") + error);
         return 0;
