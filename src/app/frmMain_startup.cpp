@@ -12,6 +12,7 @@
 #include "platform/mixer/Mixer.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
+#include "shell/AssociateFileType.h"
 #include "shell/WindowHelpers.h"
 
 namespace cantovel {
@@ -93,6 +94,10 @@ void frmMain::Form_Load(const QString& commandLine) {
 
     // 15.
     if (Val(ReadAppSetting(QStringLiteral("Always Ontop"), QStringLiteral("0"))) == 1) FormOnTop(this, true);
+
+    // 16. The playlist type at every start; the result does not matter.
+    AssociateFileType(QStringLiteral("ply"), {}, {}, {}, {}, false,
+                      QStringLiteral("Cantovel Playlist File"));
 
     // 17. One path, quotes allowed; nothing happens for an empty or missing one.
     QString path = commandLine.trimmed();

@@ -130,15 +130,18 @@ void frmMain::OpenCommandLine(const QString& path) {
 }
 
 void frmMain::OpenHandedOver(const QString& path) {
+    // A path that names no file keeps the current file and its play; the dispatch below
+    // still reaches the player, which refuses it.
     if (FileExists(path)) {
         addToRecentFiles(path);
         Shell::get().addRecentDocument(path);
         showFileTitle(path);
+        // A file played at this moment is stopped.
+        CurrentFile = path;
+        if (MediaPlayer* mp = frmTemp::get().MP.get()) mp->Stop();
+        if (frmTempCD* cd = Forms::find<frmTempCD>(); cd && cd->CDReader)
+            cd->CDReader->StopAudio();
     }
-    // A file played at this moment is stopped.
-    CurrentFile = path;
-    if (MediaPlayer* mp = frmTemp::get().MP.get()) mp->Stop();
-    if (frmTempCD* cd = Forms::find<frmTempCD>(); cd && cd->CDReader) cd->CDReader->StopAudio();
 
     // Only the hidden list is replaced; the playlist window gets the name added.
     List1 = QStringList{path};

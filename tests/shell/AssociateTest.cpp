@@ -1,0 +1,279 @@
+// Binding the media file types: the keys one call writes, what the window binds and puts
+// back in its two variants, and what the desktop is told.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+
+#include "app/Forms.h"
+#include "app/Settings.h"
+#include "platform/Components.h"
+#include "shell/AssociateFileType.h"
+#include "shell/DesktopAssociations.h"
+#include "shell/frmAssociate.h"
+#include "support/AppTest.h"
+#include "support/ScopedEnv.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+constexpr RegRoot HKCR = RegRoot::ClassesRoot;
+const QString kApp = QStringLiteral("/opt/Cantovel/cantovel");
+const QString kSuccess = QStringLiteral("Multimedia files successfully associated with Cantovel!");
+
+QString cr(const QString& key, const QString& name = {}) {
+    return ReadRegValue(HKCR, key, name, QStringLiteral("<none>"));
+}
+
+QString readAll(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
+}
+
+// A store whose writes fail below one key.
+class FailingStore : public RegistryStore {
+  public:
+    explicit FailingStore(QString prefix) : prefix_(std::move(prefix)) {}
+    bool setValue(RegRoot root, const QString& key, const QString& name,
+                  const RegValue& value) override {
+        if (root == HKCR && key.startsWith(prefix_, Qt::CaseInsensitive)) return false;
+        return RegistryStore::setValue(root, key, name, value);
+    }
+
+  private:
+    QString prefix_;
+};
+
+class AssociateTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        // The generic desktop: xdg-mime reads the user's mimeapps.list.
+        desktop_.emplace();
+        desktop_->set("XDG_CURRENT_DESKTOP", QByteArray());
+    }
+    void TearDown() override {
+        UnloadAllForms();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        desktop_.reset();
+        AppTest::TearDown();
+    }
+    frmAssociate& window() { return Forms::touch<frmAssociate>(); }
+    // Ticks only the given boxes and processes in a variant.
+    void process(std::initializer_list<QCheckBox*> ticked, bool sameInstance) {
+        frmAssociate& w = window();
+        w.Command2_Click();
+        for (QCheckBox* b : ticked) b->setChecked(true);
+        w.Check24->setChecked(sameInstance);
+        w.Command3_Click();
+    }
+    void backup(const QString& ext, const QString& former) {
+        WriteRegValue(RegRoot::CurrentUser, frmAssociate::BackupsKey(), ext, former);
+    }
+    QString entry(const QString& id = QStringLiteral("cantovel.desktop")) {
+        return readAll(DesktopAssociations::applicationsFolder() + u'/' + id);
+    }
+    std::optional<ScopedEnv> desktop_;
+};
+
+}  // namespace
+
+TEST_F(AssociateTest, OneCallWritesTheTypeKeyItsCommandAndTheExtension) {
+    ASSERT_TRUE(AssociateFileType("wav", {}, kApp, {}, {}, false, "Cantovel", {},
+                                  "Open with Cantovel", {}, "\"%1\""));
+    EXPECT_EQ(cr(".wav"), "Cantovel");
+    EXPECT_EQ(cr("Cantovel"), "Cantovel");
+    EXPECT_EQ(cr("Cantovel\\DefaultIcon"), "/opt/cantovel/cantovel,0");
+    EXPECT_EQ(cr("Cantovel\\QuickView"), "*");
+    EXPECT_EQ(cr("Cantovel\\Shell\\Open\\Command"), "\"/opt/Cantovel/cantovel\" \"%1\"");
+    EXPECT_EQ(cr("Cantovel\\Shell\\Open"), "Open with Cantovel");
+    EXPECT_EQ(cr("Cantovel\\Shell\\Open\\ddeexec"), "\"%1\"");
+    EXPECT_EQ(cr("Cantovel\\Shell\\Open\\ddeexec\\Application"), "Cantovel");
+    EXPECT_EQ(cr("Cantovel\\Shell\\Open\\ddeexec\\Topic"), "System");
+    EXPECT_EQ(cr(".wav", "Content Type"), "<none>");
+
+    // "wav" and ".wav" are one extension: the second call changes the same key, and no key
+    // without the dot appears.
+    ASSERT_TRUE(AssociateFileType(".wav", "Other", kApp, "-q", "1", false, "Other Type", "Play", {},
+                                  "audio/x-wav"));
+    EXPECT_EQ(cr(".wav"), "Other");
+    EXPECT_EQ(cr(".wav", "Content Type"), "audio/x-wav");
+    EXPECT_EQ(cr("Other\\DefaultIcon"), "\"%1\"");
+    EXPECT_EQ(cr("Other\\Shell\\Play\\Command"), "\"/opt/Cantovel/cantovel\" -q \"%1\"");
+    EXPECT_FALSE(registry().keyExists(HKCR, "wav"));
+
+    EXPECT_FALSE(AssociateFileType("  "));
+}
+
+TEST_F(AssociateTest, KeepingTheExistingTypeWorksOnItsKeyAndLeavesTheExtension) {
+    WriteRegValue(HKCR, ".mid", {}, "midfile");
+    WriteRegValue(HKCR, "midfile", {}, "MIDI Sequence");
+    ASSERT_TRUE(AssociateFileType(".mid", {}, kApp, {}, {}, true, "ignored"));
+    EXPECT_EQ(cr(".mid"), "midfile");
+    EXPECT_EQ(cr("midfile"), "MIDI Sequence");
+    EXPECT_EQ(cr("midfile\\Shell\\Open\\Command"), "\"/opt/Cantovel/cantovel\" \"%1\"");
+    EXPECT_FALSE(registry().keyExists(HKCR, "midfile\\DefaultIcon"));
+
+    // No existing type: the call goes on as if it were not asked to keep one.
+    ASSERT_TRUE(AssociateFileType(".rmi", {}, kApp, {}, {}, true, "Cantovel"));
+    EXPECT_EQ(cr(".rmi"), "Cantovel");
+}
+
+TEST_F(AssociateTest, ProcessingMp3MakesTheProgramTheDesktopsDefault) {
+    process({window().Check8}, true);
+    EXPECT_EQ(msgBox().texts(), QStringList{kSuccess});
+    EXPECT_EQ(cr(".mp3"), "Cantovel");
+    EXPECT_EQ(cr(".mp2"), "Cantovel");
+    EXPECT_EQ(cr(".wav"), "<none>");
+    EXPECT_EQ(DesktopAssociations::defaultFor("audio/mpeg"), "cantovel.desktop");
+    EXPECT_TRUE(entry().contains(" --hand-off %f")) << entry().toStdString();
+    EXPECT_TRUE(entry().contains("audio/mpeg;"));
+}
+
+TEST_F(AssociateTest, TheDesktopsOwnToolNamesTheEntry) {
+    const QString xdgMime = QStandardPaths::findExecutable("xdg-mime");
+    if (xdgMime.isEmpty()) {
+        GTEST_SKIP() << "xdg-mime is not installed (package xdg-utils): the desktop's own "
+                        "answer was not asked";
+    }
+    process({window().Check8}, true);
+    QProcess query;
+    query.start(xdgMime, {"query", "default", "audio/mpeg"});
+    ASSERT_TRUE(query.waitForFinished(10000));
+    EXPECT_EQ(QString::fromUtf8(query.readAllStandardOutput()).trimmed(), "cantovel.desktop");
+}
+
+TEST_F(AssociateTest, OpeningShowsTheBoundTypesTicked) {
+    process({window().Check5, window().Check11, window().Check10}, false);
+    window().unload();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    frmAssociate& w = window();
+    EXPECT_TRUE(w.Check5->isChecked());
+    EXPECT_TRUE(w.Check11->isChecked());
+    // The plain variant bound ".snf", not ".snd", so the sound formats show unticked.
+    EXPECT_EQ(cr(".snf"), "Cantovel");
+    EXPECT_EQ(cr(".snd"), "<none>");
+    EXPECT_FALSE(w.Check10->isChecked());
+    EXPECT_FALSE(w.Check8->isChecked());
+    // The variant box kept its setting through the unload.
+    EXPECT_FALSE(w.Check24->isChecked());
+    EXPECT_EQ(ReadAppSetting("Same Instance Load", "x"), "0");
+}
+
+TEST_F(AssociateTest, CdAudioKeepsItsOwnTypeWhileTheOthersShareTheProgramsKey) {
+    process({window().Check11, window().Check1}, true);
+    EXPECT_EQ(cr(".cda"), "CD Audio File");
+    EXPECT_EQ(cr("CD Audio File"), "CD Audio File");
+    EXPECT_EQ(cr("CD Audio File\\DefaultIcon"), "\"%1\"");
+    EXPECT_EQ(cr("CD Audio File\\Shell\\Open"), "Open with  Cantovel");
+    EXPECT_EQ(cr(".dat"), "Cantovel");
+    EXPECT_EQ(cr(".avi"), "Cantovel");
+    EXPECT_EQ(cr("Cantovel\\Shell\\Open"), "Open with Cantovel");
+    EXPECT_EQ(DesktopAssociations::defaultFor("application/x-cda"),
+              "cantovel-cd-audio-file.desktop");
+    EXPECT_EQ(DesktopAssociations::defaultFor("video/x-msvideo"), "cantovel.desktop");
+}
+
+TEST_F(AssociateTest, ThePlainVariantTakesTheHandOffAway) {
+    process({window().Check5}, true);
+    ASSERT_TRUE(registry().keyExists(HKCR, "Cantovel\\Shell\\Open\\ddeexec"));
+    process({window().Check5}, false);
+    EXPECT_FALSE(registry().keyExists(HKCR, "Cantovel\\Shell\\Open\\ddeexec"));
+    EXPECT_EQ(cr("Cantovel\\Shell\\Open"), "<none>");
+    EXPECT_FALSE(entry().contains("--hand-off"));
+    EXPECT_TRUE(entry().contains("Exec=" + QCoreApplication::applicationFilePath() + " %f"));
+}
+
+TEST_F(AssociateTest, UntickedBoxesPutBackOnlyWhatTheBackupsHold) {
+    process({window().Check5, window().Check13}, false);
+    msgBox().reset();
+    // The former desktop handler of WAV files is an entry the desktop knows.
+    QFile other(DesktopAssociations::applicationsFolder() + "/soundrec.desktop");
+    ASSERT_TRUE(other.open(QIODevice::WriteOnly));
+    other.write("[Desktop Entry]\nType=Application\nName=Rec\nExec=rec %f\n");
+    other.close();
+    backup(".wav", "  soundrec ");
+
+    process({}, false);
+    EXPECT_EQ(cr(".wav"), "soundrec");
+    EXPECT_EQ(DesktopAssociations::defaultFor("audio/x-wav"), "soundrec.desktop");
+    // No backup: the binding stays, and the box shows ticked again.
+    EXPECT_EQ(cr(".wma"), "Cantovel");
+    EXPECT_EQ(DesktopAssociations::defaultFor("audio/x-ms-wma"), "cantovel.desktop");
+    window().unload();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(window().Check13->isChecked());
+    EXPECT_FALSE(window().Check5->isChecked());
+}
+
+TEST_F(AssociateTest, ABackupNamingNoDesktopEntryLetsTheTypeGo) {
+    process({window().Check8}, false);
+    backup(".mp3", "mp3file");
+    process({}, false);
+    EXPECT_EQ(cr(".mp3"), "mp3file");
+    EXPECT_EQ(DesktopAssociations::defaultFor("audio/mpeg"), "");
+}
+
+TEST_F(AssociateTest, ClearAllThenProcessCallsNothingAndSaysSo) {
+    frmAssociate& w = window();
+    w.Command1_Click();
+    for (const auto& t : w.typeBoxes()) EXPECT_TRUE(t.box->isChecked());
+    w.Check24->setChecked(true);
+    w.Command2_Click();
+    EXPECT_TRUE(w.Check24->isChecked());
+    w.Command3_Click();
+    EXPECT_FALSE(w.LastResult.has_value());
+    EXPECT_TRUE(registry().subKeys(HKCR, {}).isEmpty());
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"No file types were selected, so no media files were associated "
+                          "with Cantovel."});
+}
+
+TEST_F(AssociateTest, TheDatExtensionGoesWithTheLastBoxOfItsVariant) {
+    frmAssociate& w = window();
+    auto extsOf = [&](QCheckBox* box, bool same) {
+        for (const auto& t : w.typeBoxes())
+            if (t.box == box) return same ? t.sameInstance : t.plain;
+        return QStringList();
+    };
+    EXPECT_TRUE(extsOf(w.Check4, true).contains(".dat"));
+    EXPECT_FALSE(extsOf(w.Check4, false).contains(".dat"));
+    // Processing order is the table's: the CD box first, the sound formats last.
+    EXPECT_EQ(w.typeBoxes().front().box, w.Check9);
+    EXPECT_EQ(w.typeBoxes().back().box, w.Check10);
+}
+
+TEST_F(AssociateTest, OnlyTheLastCallDecidesTheMessage) {
+    Components::provideService<Registry>(std::make_shared<FailingStore>("CD Audio File"));
+    // ".cda" fails, ".dat" after it goes through.
+    process({window().Check11}, false);
+    EXPECT_EQ(cr(".dat"), "Cantovel");
+    EXPECT_EQ(cr(".cda"), "<none>");
+    EXPECT_EQ(msgBox().texts(), QStringList{kSuccess});
+    EXPECT_EQ(window().LastResult, std::optional<bool>(true));
+
+    msgBox().reset();
+    Components::provideService<Registry>(std::make_shared<FailingStore>("Cantovel"));
+    process({window().Check11, window().Check1}, false);
+    // The CD type still went through; the failures did not stop the run.
+    EXPECT_NE(cr("CD Audio File\\Shell\\Open\\Command"), "<none>");
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"An error occurred while attempting to associate media files with "
+                          "Cantovel."});
+    EXPECT_EQ(msgBox().shown[0].style, Mb::Information | Mb::SetForeground);
+}
+
+TEST(DesktopEntry, ExecArgumentsAreQuotedByTheDesktopRules) {
+    EXPECT_EQ(DesktopAssociations::quoteExecArgument("/usr/bin/cantovel"), "/usr/bin/cantovel");
+    EXPECT_EQ(DesktopAssociations::quoteExecArgument("/opt/My Apps/cantovel"),
+              "\"/opt/My Apps/cantovel\"");
+    EXPECT_EQ(DesktopAssociations::quoteExecArgument("100%"), "100%%");
+    EXPECT_EQ(DesktopAssociations::quoteExecArgument("a\"b$"), "\"a\\\\\"b\\\\$\"");
+    EXPECT_EQ(DesktopAssociations::execLine("/bin/c", "-x \"y z\"", true),
+              "/bin/c -x \"y z\" --hand-off %f");
+}

@@ -1,0 +1,155 @@
+// A later start of the program hands its path, or only a restore, to the running one: the
+// desktop entry's hand-off mode and the link between the two processes.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFile>
+
+#include "app/Forms.h"
+#include "app/Settings.h"
+#include "app/SubMain.h"
+#include "platform/Components.h"
+#include "platform/instance/LocalInstanceLink.h"
+#include "player/frmMain.h"
+#include "player/frmTemp.h"
+#include "support/AppTest.h"
+#include "support/FakeInstanceLink.h"
+#include "support/FakeMediaPlayer.h"
+#include "support/FakeMixer.h"
+#include "support/FakeShell.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class HandOffTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        Components::provideService<Mixer>(std::make_shared<FakeMixer>());
+        Components::provideService<Shell>(std::make_shared<FakeShell>());
+        FakeMediaPlayer::install();
+    }
+    void TearDown() override {
+        UnloadAllForms();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        AppTest::TearDown();
+    }
+    // Starts use scripted links that report what they sent.
+    void fakeLinks(bool otherRunning, const QString& failWith = {}) {
+        Components::provideFactory<InstanceLink>([=, this] {
+            auto l = std::make_unique<FakeInstanceLink>();
+            l->otherRunning = otherRunning;
+            l->failWith = failWith;
+            l->onExecute = [this](const QString& c, int t) {
+                sent << c;
+                timeout = t;
+            };
+            return l;
+        });
+    }
+    QString song(const QString& name) {
+        const QString path = tempDir() + u'/' + name;
+        QFile f(path);
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("data");
+        FakeMediaPlayer::setLength(path, 30);
+        return path;
+    }
+    FakeMediaPlayer& MP() { return *static_cast<FakeMediaPlayer*>(frmTemp::get().MP.get()); }
+
+    QStringList sent;
+    int timeout = 0;
+};
+
+}  // namespace
+
+TEST_F(HandOffTest, TheHandOffModeSendsThePathInTheAssociationsCommand) {
+    fakeLinks(true);
+    EXPECT_EQ(SubMain({"cantovel", "--hand-off", "/music/my", "song.mp3"}), 0);
+    EXPECT_EQ(sent, QStringList{"\"/music/my song.mp3\""});
+    EXPECT_EQ(timeout, 200);
+    EXPECT_EQ(frmMain::instance(), nullptr);
+
+    // The file type's own command, as the association wrote it.
+    WriteRegValue(RegRoot::ClassesRoot, ".wav", {}, "Cantovel");
+    WriteRegValue(RegRoot::ClassesRoot, "Cantovel\\Shell\\Open\\ddeexec", {}, "%1");
+    EXPECT_EQ(HandOffCommand("/music/a.WAV"), "/music/a.WAV");
+    EXPECT_EQ(HandOffCommand("/music/a.mp3"), "\"/music/a.mp3\"");
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+}
+
+TEST_F(HandOffTest, AFailedHandOffSaysSoAndStillEnds) {
+    fakeLinks(true, "No running instance listens.");
+    EXPECT_EQ(SubMain({"cantovel", "--hand-off", "/music/song.mp3"}), 0);
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"An error occurred attempting to communicate with Cantovel: No running "
+                          "instance listens."});
+    EXPECT_EQ(frmMain::instance(), nullptr);
+}
+
+TEST_F(HandOffTest, WithNoInstanceRunningTheHandOffStartsWithThePath) {
+    fakeLinks(false);
+    const QString path = song("First Song.wav");
+    EXPECT_EQ(SubMain({"cantovel", "--hand-off", path}), -1);
+    ASSERT_NE(frmMain::instance(), nullptr);
+    EXPECT_TRUE(sent.isEmpty());
+    EXPECT_EQ(frmMain::instance()->CurrentFile, path);
+    EXPECT_EQ(MP().fileName(), path);
+}
+
+// Two starts over the real link, in one process: the second hands over and ends.
+TEST_F(HandOffTest, ThroughTheRealLinkASecondStartPlaysItsFileInTheFirst) {
+    Components::provideFactory<InstanceLink>([] { return std::make_unique<LocalInstanceLink>(); });
+    const QString first = song("First.wav");
+    ASSERT_EQ(SubMain({"cantovel", first}), -1);
+    frmMain* main = frmMain::instance();
+    ASSERT_NE(main, nullptr);
+    ASSERT_EQ(MP().fileName(), first);
+
+    // A plain second start only brings the first to the front.
+    main->showMinimized();
+    EXPECT_EQ(SubMain({"cantovel", song("Ignored.wav")}), 0);
+    QApplication::processEvents();
+    EXPECT_FALSE(main->isMinimized());
+    EXPECT_EQ(main->List1, QStringList{first});
+    EXPECT_EQ(MP().fileName(), first);
+
+    const QString second = song("Second Song.wav");
+    EXPECT_EQ(SubMain({"cantovel", "--hand-off", second}), 0);
+    QApplication::processEvents();
+    EXPECT_EQ(main->CurrentFile, second);
+    EXPECT_EQ(main->List1, QStringList{second});
+    EXPECT_EQ(MP().fileName(), second);
+    EXPECT_EQ(MP().PlayState(), MediaPlayer::mpPlaying);
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+}
+
+TEST_F(HandOffTest, AHandedOverPathThatNamesNoFileRestoresAndIsRefused) {
+    fakeLinks(false);
+    const QString first = song("First.wav");
+    ASSERT_EQ(SubMain({"cantovel", first}), -1);
+    frmMain* main = frmMain::instance();
+    main->showMinimized();
+    auto* link = static_cast<FakeInstanceLink*>(RunningInstanceLink());
+    ASSERT_NE(link, nullptr);
+
+    const QString gone = tempDir() + "/Gone.mp3";
+    link->deliver(u'"' + gone + u'"');
+    EXPECT_FALSE(main->isMinimized());
+    // The file of the moment stays current; the lists were replaced and then emptied by
+    // the player's refusal.
+    EXPECT_EQ(main->CurrentFile, first);
+    EXPECT_TRUE(main->List1.isEmpty());
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"An error occurred attempting to load \"Gone.mp3\".  The file is most "
+                          "likely corrupt, invalid, or an unsupported format."});
+
+    // An empty command only restores.
+    msgBox().reset();
+    main->showMinimized();
+    link->deliver(QString());
+    EXPECT_FALSE(main->isMinimized());
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+}

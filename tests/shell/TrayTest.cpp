@@ -1,0 +1,126 @@
+// Minimising to the tray: the icon's tip, the menu on the right button's release with its
+// rows and their states, and the ways back to the main window.
+#include <gtest/gtest.h>
+
+#include "player/PlayerTest.h"
+#include "shell/cSysTray.h"
+#include "shell/frmTrayIcon.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class TrayTest : public PlayerTest {
+  protected:
+    void SetUp() override {
+        PlayerTest::SetUp();
+        main->show();
+    }
+    frmTrayIcon& tray() { return Forms::touch<frmTrayIcon>(); }
+    void message(int lParam) { tray().cSysTray1.hookMessage(cSysTray::TrayMessage, lParam); }
+    QStringList rows(QMenu* menu) {
+        QStringList out;
+        for (QAction* a : menu->actions())
+            if (!a->isSeparator()) out << a->text();
+        return out;
+    }
+};
+
+}  // namespace
+
+TEST_F(TrayTest, MinimisingHidesTheWindowAndTheIconTellsTheFile) {
+    temp->mnuMinTray_Click();
+    EXPECT_FALSE(main->isVisible());
+    EXPECT_TRUE(tray().cSysTray1.InTray());
+    EXPECT_FALSE(tray().isVisible());
+    EXPECT_EQ(tray().cSysTray1.shownTip(), "Cantovel");
+
+    const QString song = media("Song.wav");
+    openByDialog(song);
+    message(cSysTray::WM_MOUSEMOVE);
+    EXPECT_EQ(tray().cSysTray1.shownTip(), "Song.wav - Cantovel");
+    // Without moves from the notification area, the tip is renewed by time as well.
+    MP().setFileName(media("Other.wav"));
+    clock().advance(1000);
+    EXPECT_EQ(tray().cSysTray1.shownTip(), "Other.wav - Cantovel");
+}
+
+TEST_F(TrayTest, ATipLongerThanTheFieldIsCut) {
+    cSysTray icon;
+    const QString longTip = QString(70, u'x');
+    icon.setTrayTip(longTip);
+    icon.setInTray(true);
+    EXPECT_EQ(icon.shownTip(), QString(63, u'x'));
+    icon.setTrayTip(QString(63, u'y') + "z");
+    EXPECT_EQ(icon.shownTip(), QString(63, u'y'));
+    EXPECT_EQ(icon.TrayTip().size(), 64);
+    icon.setInTray(false);
+    EXPECT_EQ(icon.shownTip(), "");
+}
+
+TEST_F(TrayTest, TheMenuOpensOnTheRightButtonsReleaseNotItsPress) {
+    temp->mnuMinTray_Click();
+    message(cSysTray::WM_RBUTTONDOWN);
+    EXPECT_FALSE(tray().mnuPopup->isVisible());
+    message(cSysTray::WM_LBUTTONUP);
+    EXPECT_FALSE(tray().mnuPopup->isVisible());
+    message(cSysTray::WM_RBUTTONUP);
+    EXPECT_TRUE(tray().mnuPopup->isVisible());
+    EXPECT_EQ(tray().mnuPopup->defaultAction(), tray().mnuRestore);
+}
+
+TEST_F(TrayTest, TheRowsAndTheirCaptions) {
+    frmTrayIcon& t = tray();
+    EXPECT_EQ(
+        rows(t.mnuPopup),
+        (QStringList{"Restore Window", "Help", "Conversions", "Playlist Editor", "Seek Next",
+                     "Seek Previous", "Pause", "Play Current File", "Play New File", "Exit"}));
+    EXPECT_EQ(rows(t.mnuHelpMenu),
+              (QStringList{"Help", "Mail Brightfen", "Visit Brightfen on the Web", "About"}));
+    EXPECT_EQ(rows(t.mnuConversions),
+              (QStringList{"WAV Batch Converter", "Convert CD Audio to WAV",
+                           "Convert CD Audio to MP3", "Convert WAV to MP3", "Convery MP3 to WAV"}));
+}
+
+TEST_F(TrayTest, RowsFollowThePlayersState) {
+    frmTrayIcon& t = tray();
+    t.PrepareMenu();
+    EXPECT_FALSE(t.mnuPause->isEnabled());
+    EXPECT_FALSE(t.popSeekNext->isEnabled());
+
+    openByDialog(media("Song.wav"));
+    ASSERT_NE(temp->mnuPlay->text(), "&Open...");
+    t.PrepareMenu();
+    EXPECT_TRUE(t.mnuPause->isEnabled());
+    // A single file has no next entry; a CD track or a running queue has.
+    EXPECT_FALSE(t.popSeekNext->isEnabled());
+    main->PlaylistRunning = VTrue;
+    t.PrepareMenu();
+    EXPECT_TRUE(t.popSeekNext->isEnabled());
+    EXPECT_TRUE(t.popSeekPrev->isEnabled());
+    main->PlaylistRunning = VFalse;
+    main->CurrentFile = "/cdrom/Track03.cda";
+    t.PrepareMenu();
+    EXPECT_TRUE(t.popSeekNext->isEnabled());
+
+    // The pause row pauses the player as the main menu does.
+    t.mnuPause->trigger();
+    EXPECT_EQ(temp->mnuPause->text(), "&Resume");
+    t.PrepareMenu();
+    EXPECT_EQ(t.mnuPause->text(), "Resume");
+}
+
+TEST_F(TrayTest, DoubleClickOrRestoreBringsTheWindowBack) {
+    temp->mnuMinTray_Click();
+    message(cSysTray::WM_RBUTTONDBLCLK);
+    EXPECT_FALSE(main->isVisible());
+    message(cSysTray::WM_LBUTTONDBLCLK);
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_FALSE(tray().cSysTray1.InTray());
+
+    temp->mnuMinTray_Click();
+    tray().mnuRestore->trigger();
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_FALSE(tray().cSysTray1.InTray());
+}
