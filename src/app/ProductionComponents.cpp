@@ -1,6 +1,7 @@
 #include "app/ProductionComponents.h"
 
 #include "platform/Components.h"
+#include "platform/cddrives/LibcdioCdDrives.h"
 #include "platform/clock/QtClock.h"
 #include "platform/dialogs/QtFileDialogs.h"
 #include "platform/instance/LocalInstanceLink.h"
@@ -23,6 +24,7 @@ void registerProductionComponents() {
     Components::provideService<Registry>(std::make_shared<RegistryStore>());
     Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
     Components::provideService<Shell>(std::make_shared<DesktopShell>());
+    Components::provideService<CdDrives>(std::make_shared<LibcdioCdDrives>());
     Components::provideFactory<InstanceLink>([] { return std::make_unique<LocalInstanceLink>(); });
     Components::provideFactory<Mp3Encoder>([] { return std::make_unique<LameMp3Encoder>(); });
     Components::provideFactory<Mp3Decoder>([] { return std::make_unique<Mpg123Mp3Decoder>(); });
