@@ -40,6 +40,11 @@ FakeCDReader::~FakeCDReader() = default;
 void FakeCDReader::Open() {
     calls << QStringLiteral("Open");
     openedDevices << DeviceID();
+    clearError();
+    if (!disc().openError.isEmpty()) {
+        raise(disc().openError);
+        return;
+    }
     if (!opened_) openedAt_ = Clock::get().msecs();
     opened_ = true;
 }

@@ -31,6 +31,8 @@ class FakeCDReader : public CDReader, public TrackedFake<FakeCDReader, CDReader>
         QList<CDDevice> devices{{QStringLiteral("D"), QStringLiteral("Fake CD-ROM")}};
         // The disc was taken out (DiscPresent false whatever else holds).
         bool removed = false;
+        // Open raises an error with this text.
+        QString openError;
         bool doorOpen = false;
         // Copies: the pace, in frames per 100 ms of clock time, after a start-up of
         // copyStartMs; a read error or a failed write once that many frames are done

@@ -27,6 +27,7 @@
 #include <QString>
 
 #include "platform/registry/Registry.h"
+#include "platform/wavechain/RaisedError.h"
 #include "platform/wavechain/WaveFormat.h"
 
 class QWidget;
@@ -47,7 +48,7 @@ struct CDDevice {
     QString DeviceName;   // what a person recognises the drive by
 };
 
-class CDReader : public QObject {
+class CDReader : public QObject, public RaisedError {
     Q_OBJECT
   public:
     // What DriveState answers.
@@ -86,7 +87,8 @@ class CDReader : public QObject {
     // Of the selected drive; empty when there is none.
     QString DriveLetter() const { return Devices().value(deviceID_).DriveLetter; }
     QString DeviceName() const { return Devices().value(deviceID_).DeviceName; }
-    // Opens the selected drive; whether a disc is ready shows in DiscPresent.
+    // Opens the selected drive; whether a disc is ready shows in DiscPresent. A drive that
+    // does not exist or cannot be opened raises an error (lastError, with its text).
     virtual void Open() = 0;
     // Releases the drive, stopping play.
     virtual void Close() = 0;

@@ -45,11 +45,17 @@ QList<CDDevice> CdioCDReader::Devices() const {
 }
 
 void CdioCDReader::Open() {
+    clearError();
     const QList<CdDrive> drives = machineDrives();
     Close();
-    if (DeviceID() < 0 || DeviceID() >= drives.size()) return;
+    if (DeviceID() < 0 || DeviceID() >= drives.size()) {
+        raise(QStringLiteral("There is no CD-ROM drive number %1.").arg(DeviceID()));
+        return;
+    }
     device_ = drives[DeviceID()].Device;
     doorOpen_ = false;
+    if (!isImage() && !QFileInfo(device_).isReadable())
+        raise(QStringLiteral("%1 cannot be read.").arg(device_));
     refresh();
 }
 
