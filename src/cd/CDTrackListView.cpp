@@ -67,6 +67,8 @@ bool CDTrackListView::Fill(const CDReader& reader, long& trackCountShown) {
         line->setText(5, yesNo(track.PreEmphasis));
     }
     for (int c = 0; c < columnCount(); ++c) resizeColumnToContents(c);
+    // As a list control does, the first line has the focus and is selected.
+    if (topLevelItemCount() > 0) setCurrentItem(topLevelItem(0));
     return true;
 }
 

@@ -105,7 +105,7 @@ void CDWindow::showPlayState() {
     PlayCDMenu->setText(CDPlaying ? kStopCDPlay : kPlayTrack);
 }
 
-void CDWindow::showDiscState() {
+void CDWindow::showDiscState(bool forgetCount) {
     if (CDReader && CDReader->DiscPresent()) {
         Panels[0]->setText(QStringLiteral("CD Inserted"));
         if (CDReader->TrackCount() != TrackCountShown) FillTrackList();
@@ -116,7 +116,7 @@ void CDWindow::showDiscState() {
     } else {
         Panels[0]->setText(QStringLiteral("CD Not Inserted"));
         if (TrackCountShown != -1) {
-            TrackCountShown = -1;
+            if (forgetCount) TrackCountShown = -1;
             ListView->clear();
         }
         Panels[1]->clear();

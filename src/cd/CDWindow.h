@@ -57,7 +57,8 @@ class CDWindow : public Form {
 
     // The toolbar's button of that key.
     QAction* ToolbarButton(const QString& key) const;
-    void FillTrackList();
+    // Reads the disc into the track list.
+    virtual void FillTrackList();
     void PauseCDMenu_Click();
     void EjectMenu_Click();
 
@@ -86,7 +87,9 @@ class CDWindow : public Form {
     // The menus of the tick's step 2: as CDPlaying says.
     void showPlayState();
     // The tick's disc part: the panels, and the list following the disc's track count.
-    void showDiscState();
+    // Without a disc the list is emptied; `forgetCount` also sets TrackCountShown to -1,
+    // so that the same disc put back is listed again.
+    void showDiscState(bool forgetCount);
     // Stops and releases the drive and saves the reader's settings.
     void releaseReader();
 

@@ -90,7 +90,7 @@ void frmCDPlayer::Timer_Timer() {
     const int state = CDReader->DriveState();
     showPlayState();
     EjectMenu->setEnabled(state != 0);
-    showDiscState();
+    showDiscState(true);
 }
 
 void frmCDPlayer::PlayCDMenu_Click() {

@@ -49,6 +49,7 @@ class CDPlayerTest : public AppTest {
         return texts;
     }
     static void select(frmCDPlayer& f, int i) {
+        if (i == 0) f.ListView->clearSelection();
         f.ListView->setCurrentItem(f.ListView->topLevelItem(i));
         f.ListView->topLevelItem(i)->setSelected(true);
     }
@@ -135,6 +136,7 @@ TEST_F(CDPlayerTest, PlaysTheFocusedTrackAndTheTickFollowsIt) {
 
 TEST_F(CDPlayerTest, RefusesWithoutASelectionOrWithADataTrackAnywhereOnTheDisc) {
     frmCDPlayer& f = open();
+    f.ListView->clearSelection();
     f.PlayCDMenu_Click();
     ASSERT_EQ(msgBox().shown.size(), 1);
     EXPECT_EQ(msgBox().shown[0].text,
