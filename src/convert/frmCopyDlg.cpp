@@ -253,4 +253,11 @@ bool frmCopyDlg::queryUnload(UnloadMode) {
     return false;
 }
 
+bool frmCopyDlg::unloadEvent() {
+    // A dialog discarded before its first copy must not start one on its way out.
+    Timer.setEnabled(false);
+    Timer2.setEnabled(false);
+    return false;
+}
+
 }  // namespace cantovel

@@ -73,6 +73,7 @@ class frmCopyDlg : public Form {
 
   protected:
     bool queryUnload(UnloadMode mode) override;
+    bool unloadEvent() override;
 
   private:
     CDReader* reader() const;
