@@ -3,6 +3,7 @@
 // all different, and a CD drives layer that holds just the images a test adds.
 
 #include <QByteArray>
+#include <QDir>
 #include <QFile>
 #include <QList>
 #include <QString>
@@ -48,16 +49,36 @@ inline QByteArray cdImageAudio(const QString& cue, qint64 first, qint64 count) {
     return bin.read(count * 2352);
 }
 
-// Drives "D", "E", ... for the images added.
+// Drives "D", "E", ... for the images added; each has a folder of TrackNN.cda files below
+// `root` when one is given.
 class ImageDrives : public CdDrives {
   public:
-    void add(const QString& image) {
-        drives.append({QChar(char16_t(u'D' + drives.size())), QStringLiteral("image"), image});
+    explicit ImageDrives(QString root = {}) : root_(std::move(root)) {}
+    void add(const QString& image, int tracks = 0) {
+        const QChar letter(char16_t(u'D' + drives.size()));
+        drives.append({letter, QStringLiteral("image"), image});
+        if (root_.isEmpty()) return;
+        QDir().mkpath(TrackFolder(letter));
+        for (int t = 1; t <= tracks; ++t) {
+            QFile cda(TrackFolder(letter) +
+                      QStringLiteral("/Track%1.cda").arg(t, 2, 10, QLatin1Char('0')));
+            if (cda.open(QIODevice::WriteOnly)) cda.write("cda");
+        }
     }
     QList<CdDrive> Drives() override { return drives; }
-    QString TrackFolder(QChar) override { return {}; }
-    CdDrive DriveOfPath(const QString&) override { return {}; }
+    QString TrackFolder(QChar letter) override {
+        return root_.isEmpty() ? QString() : root_ + QLatin1Char('/') + letter;
+    }
+    CdDrive DriveOfPath(const QString& path) override {
+        for (const CdDrive& d : drives)
+            if (!root_.isEmpty() && path.startsWith(TrackFolder(d.Letter) + QLatin1Char('/')))
+                return d;
+        return {};
+    }
     QList<CdDrive> drives;
+
+  private:
+    QString root_;
 };
 
 }  // namespace cantovel::test
