@@ -80,6 +80,7 @@ void frmCDPlayer::DevCombo_Click() {
     const QString error = openSelectedDrive();
     if (!error.isEmpty()) {
         MsgBoxShow(QStringLiteral("The selected CD-ROM drive could not be opened. \r\n") + error);
+        ListView->clear();
         return;
     }
     FillTrackList();

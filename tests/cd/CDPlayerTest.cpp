@@ -48,10 +48,9 @@ class CDPlayerTest : public AppTest {
         for (int c = 0; c < 6; ++c) texts << f.ListView->topLevelItem(i)->text(c);
         return texts;
     }
+    // Adds line `i` to the selection and gives it the focus.
     static void select(frmCDPlayer& f, int i) {
-        if (i == 0) f.ListView->clearSelection();
-        f.ListView->setCurrentItem(f.ListView->topLevelItem(i));
-        f.ListView->topLevelItem(i)->setSelected(true);
+        f.ListView->setCurrentItem(f.ListView->topLevelItem(i), 0, QItemSelectionModel::Select);
     }
 
     std::shared_ptr<FakeMixer> mixer;

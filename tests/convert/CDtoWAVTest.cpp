@@ -384,13 +384,4 @@ TEST_F(CDtoWAVTest, PlaysAWavFileAndFollowsThePlayersStates) {
     EXPECT_EQ(f.Progressbar1->value(), 0);
 }
 
-TEST_F(CDtoWAVTest, MuteSetsTheVolumeAsideAndBack) {
-    frmCDtoWAV& f = open();
-    f.MuteMenu_Click();
-    EXPECT_EQ(mixer->volume, 0);
-    EXPECT_EQ(f.MuteMenu->text(), "&Un-Mute");
-    f.MuteMenu_Click();
-    EXPECT_EQ(mixer->volume, 70);
-}
-
 }  // namespace
