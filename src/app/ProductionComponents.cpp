@@ -2,6 +2,7 @@
 
 #include "platform/Components.h"
 #include "platform/cddrives/LibcdioCdDrives.h"
+#include "platform/cdreader/CdioCDReader.h"
 #include "platform/clock/QtClock.h"
 #include "platform/dialogs/QtFileDialogs.h"
 #include "platform/instance/LocalInstanceLink.h"
@@ -31,6 +32,7 @@ void registerProductionComponents() {
     Components::provideFactory<WaveChain>([] { return std::make_unique<SndfileWaveChain>(); });
     Components::provideFactory<FormatChooser>([] { return std::make_unique<QtFormatChooser>(); });
     Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+    Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
 }
 
 }  // namespace cantovel
