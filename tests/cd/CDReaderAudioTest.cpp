@@ -4,9 +4,10 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "cd/CDReaderImage.h"
+#include "cd/CDReaderDrives.h"
 #include "platform/cdaudio/CdAudioPlayer.h"
 #include "support/AudioFixtures.h"
+#include "support/DiscImage.h"
 #include "support/ScopedEnv.h"
 
 using namespace cantovel;
@@ -19,7 +20,7 @@ class CDReaderAudioTest : public ::testing::Test {
     void SetUp() override {
         ASSERT_TRUE(dir.isValid());
         env.set("CANTOVEL_AO", QByteArray("null"));
-        image = writeCdImage(dir.path(), {300, 150});
+        image = DiscImage::build(dir.path(), {300, 150}).cuePath();
         ASSERT_FALSE(image.isEmpty());
     }
     ScopedEnv env;

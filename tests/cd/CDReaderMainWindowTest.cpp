@@ -2,11 +2,12 @@
 // "Track02.cda" from the drive's folder plays that track with the time running.
 #include <gtest/gtest.h>
 
-#include "cd/CDReaderImage.h"
+#include "cd/CDReaderDrives.h"
 #include "platform/cdreader/CdioCDReader.h"
 #include "platform/clock/QtClock.h"
 #include "player/PlayerTest.h"
 #include "player/frmTempCD.h"
+#include "support/DiscImage.h"
 #include "support/ScopedEnv.h"
 
 using namespace cantovel;
@@ -23,8 +24,11 @@ class CDReaderMainWindowTest : public PlayerTest {
         Components::provideService<Clock>(std::make_shared<QtClock>());
         drives = std::make_shared<ImageDrives>(tempDir() + QStringLiteral("/drives"));
         // Drive D holds another disc; the track is on E.
-        drives->add(writeCdImage(tempDir(), {150}, QStringLiteral("other")), 1);
-        drives->add(writeCdImage(tempDir(), {150, 225}), 2);
+        drives->add(
+            DiscImage::build(tempDir(), {150}, DiscImage::Data::None, QStringLiteral("other"))
+                .cuePath(),
+            1);
+        drives->add(DiscImage::build(tempDir(), {150, 225}).cuePath(), 2);
         Components::provideService<CdDrives>(drives);
         Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
     }

@@ -9,11 +9,12 @@
 #include <vector>
 
 #include "app/Settings.h"
-#include "cd/CDReaderImage.h"
+#include "cd/CDReaderDrives.h"
 #include "platform/Components.h"
 #include "platform/cdreader/CdioCDReader.h"
 #include "support/AppTest.h"
 #include "support/AudioFixtures.h"
+#include "support/DiscImage.h"
 #include "support/FakeFormatChooser.h"
 #include "support/ScopedEnv.h"
 #include "support/TestMedia.h"
@@ -47,7 +48,7 @@ class CDReaderTest : public AppTest {
         env.set("CANTOVEL_AO", QByteArray("null"));
         drives = std::make_shared<ImageDrives>();
         Components::provideService<CdDrives>(drives);
-        image = writeCdImage(tempDir(), {300, 225});
+        image = DiscImage::build(tempDir(), {300, 225}).cuePath();
         ASSERT_FALSE(image.isEmpty());
         drives->add(image);
         reader = std::make_unique<CdioCDReader>();
@@ -105,7 +106,7 @@ TEST_F(CDReaderTest, TheImagesDoorTakesTheDiscOutAndAChangedImageIsANewDisc) {
     EXPECT_TRUE(reader->DiscPresent());
     EXPECT_EQ(reader->TrackCount(), 2);
 
-    ASSERT_FALSE(writeCdImage(tempDir(), {100, 100, 100}).isEmpty());
+    ASSERT_FALSE(DiscImage::build(tempDir(), {100, 100, 100}).cuePath().isEmpty());
     EXPECT_EQ(reader->TrackCount(), 3);
     QFile::remove(image);
     EXPECT_FALSE(reader->DiscPresent());
@@ -202,7 +203,7 @@ TEST_F(CDReaderTest, CopiesATrackToAWavHoldingExactlyTheDiscsSamples) {
     EXPECT_EQ(info.rate, 44100);
     EXPECT_EQ(info.channels, 2);
     EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-    EXPECT_EQ(wavSamples(file), asSamples(cdImageAudio(image, 300, 225)));
+    EXPECT_EQ(wavSamples(file), asSamples(DiscImage::pcm(2, 0, 225)));
 }
 
 TEST_F(CDReaderTest, EveryCopyModeReadsTheSameSamples) {
@@ -214,7 +215,7 @@ TEST_F(CDReaderTest, EveryCopyModeReadsTheSameSamples) {
         const QString file = tempDir() + QStringLiteral("/mode%1.wav").arg(mode);
         reader->CopyTrack(0, file);
         ASSERT_TRUE(copyEnds());
-        EXPECT_EQ(wavSamples(file), asSamples(cdImageAudio(image, 0, 300))) << mode;
+        EXPECT_EQ(wavSamples(file), asSamples(DiscImage::pcm(1, 0, 300))) << mode;
     }
 }
 
@@ -263,12 +264,17 @@ TEST_F(CDReaderTest, AFullDiskFailsTheWriteWithoutACrash) {
     EXPECT_EQ(code, 0);
 }
 
-TEST_F(CDReaderTest, ADataTrackOrASecondCopyIsRefusedWithAnErrorAndTheEnd) {
+TEST_F(CDReaderTest, ADataTrackIsListedAsSuchAndItsCopyRefused) {
+    // The disc in the drive becomes one with a data track last.
+    ASSERT_TRUE(DiscImage::build(tempDir(), {300, 225}, DiscImage::Data::Last).ok());
     reader->Open();
-    reader->CopyTrack(5, tempDir() + QStringLiteral("/none.wav"));
+    ASSERT_EQ(reader->TrackCount(), 3);
+    EXPECT_TRUE(reader->Tracks()[1].IsAudio);
+    EXPECT_FALSE(reader->Tracks()[2].IsAudio);
+    reader->CopyTrack(2, tempDir() + QStringLiteral("/data.wav"));
     ASSERT_TRUE(copyEnds());
     EXPECT_EQ(events, QStringList({"error", "finished"}));
-    EXPECT_FALSE(QFile::exists(tempDir() + QStringLiteral("/none.wav")));
+    EXPECT_FALSE(QFile::exists(tempDir() + QStringLiteral("/data.wav")));
 }
 
 TEST_F(CDReaderTest, StoppingACopyEndsItOnceAndKeepsWhatWasWritten) {

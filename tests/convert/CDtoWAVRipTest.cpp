@@ -11,7 +11,7 @@
 
 #include "app/AppState.h"
 #include "app/Forms.h"
-#include "cd/CDReaderImage.h"
+#include "cd/CDReaderDrives.h"
 #include "cd/CDTrackListView.h"
 #include "convert/frmCDtoWAV.h"
 #include "convert/frmCopyDlg.h"
@@ -19,6 +19,7 @@
 #include "platform/clock/QtClock.h"
 #include "support/AppTest.h"
 #include "support/AudioFixtures.h"
+#include "support/DiscImage.h"
 #include "support/FakeFileDialogs.h"
 #include "support/FakeMediaPlayer.h"
 #include "support/FakeMixer.h"
@@ -49,7 +50,7 @@ class CDtoWAVRipTest : public AppTest {
         Components::provideService<FileDialogs>(dialogs);
         FakeMediaPlayer::install();
         drives = std::make_shared<ImageDrives>();
-        image = writeCdImage(tempDir(), {600, 450});
+        image = DiscImage::build(tempDir(), {600, 450}).cuePath();
         drives->add(image);
         Components::provideService<CdDrives>(drives);
         Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
@@ -88,8 +89,8 @@ TEST_F(CDtoWAVRipTest, RipsBothTracksToWavFilesHoldingTheDiscsSamples) {
     EXPECT_EQ(info.rate, 44100);
     EXPECT_EQ(info.channels, 2);
     EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-    EXPECT_EQ(wavData(tempDir() + QStringLiteral("/Rip01.wav")), cdImageAudio(image, 0, 600));
-    EXPECT_EQ(wavData(tempDir() + QStringLiteral("/Rip02.wav")), cdImageAudio(image, 600, 450));
+    EXPECT_EQ(wavData(tempDir() + QStringLiteral("/Rip01.wav")), DiscImage::pcm(1, 0, 600));
+    EXPECT_EQ(wavData(tempDir() + QStringLiteral("/Rip02.wav")), DiscImage::pcm(2, 0, 450));
 }
 
 }  // namespace
