@@ -48,6 +48,8 @@ CDWindow::CDWindow(const QString& name, const QString& title)
         panel = new QLabel(this);
         StatusBar->addWidget(panel, 1);
     }
+    // Wide enough for every column of the track list.
+    resize(600, 420);
 }
 
 CDWindow::~CDWindow() = default;

@@ -80,7 +80,6 @@ frmCDtoWAV::frmCDtoWAV()
     Progressbar1->hide();
     layout()->addWidget(Progressbar1);
     finishLayout();
-    resize(560, 420);
 
     connect(&Timer, &cantovel::Timer::timeout, this, [this] { Timer_Timer(); });
     connect(&Timer1, &cantovel::Timer::timeout, this, [this] { Timer1_Timer(); });
