@@ -11,6 +11,7 @@
 #include "platform/msgbox/QtMsgBox.h"
 #include "platform/registry/RegistryStore.h"
 #include "platform/shell/DesktopShell.h"
+#include "platform/trackextractor/ParanoiaTrackExtractor.h"
 #include "platform/wavechain/QtFormatChooser.h"
 #include "platform/wavechain/SndfileWaveChain.h"
 
@@ -29,6 +30,8 @@ void registerProductionComponents() {
     Components::provideFactory<WaveChain>([] { return std::make_unique<SndfileWaveChain>(); });
     Components::provideFactory<FormatChooser>([] { return std::make_unique<QtFormatChooser>(); });
     Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+    Components::provideFactory<TrackExtractor>(
+        [] { return std::make_unique<ParanoiaTrackExtractor>(); });
 }
 
 }  // namespace cantovel

@@ -10,6 +10,7 @@
 #include <QListWidget>
 #include <memory>
 
+#include "app/AppState.h"
 #include "app/Forms.h"
 #include "platform/Components.h"
 #include "support/AppTest.h"
@@ -25,6 +26,8 @@ class FileConversionFixture : public AppTest {
   protected:
     void SetUp() override {
         AppTest::SetUp();
+        // An earlier test's closing of every window leaves the flag set.
+        AppClosing = VFalse;
         dialogs = std::make_shared<FakeFileDialogs>();
         Components::provideService<FileDialogs>(dialogs);
         FakeMp3Encoder::install();
