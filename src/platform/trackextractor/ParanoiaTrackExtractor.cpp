@@ -140,22 +140,20 @@ qint16 ParanoiaTrackExtractor::ExtractTrack(QString& fileName, int track) {
     job_.start([this, t, device, sink](const BackgroundJob::Run& run) {
         run.report([this] { emit ExtractBegin(); });
         qint32 reported = -1;
-        const bool read = extractSectors(
-            device, t.firstSector, t.lastSector, *sink, [&](qint32 done, qint32 total) {
-                if (run.stopRequested()) return false;
-                const qint32 permille = qint32(qint64(done) * 1000 / total);
-                if (permille - reported >= 5 || done == total) {
-                    reported = permille;
-                    run.report([this, permille] { emit ExtractProgress(permille); });
-                }
-                return true;
-            });
+        // A track that can't be read to its end still ends the run, with the WAV as far
+        // as it was written, as a stopped drive leaves it.
+        extractSectors(device, t.firstSector, t.lastSector, *sink, [&](qint32 done, qint32 total) {
+            if (run.stopRequested()) return false;
+            const qint32 permille = qint32(qint64(done) * 1000 / total);
+            if (permille - reported >= 5 || done == total) {
+                reported = permille;
+                run.report([this, permille] { emit ExtractProgress(permille); });
+            }
+            return true;
+        });
         if (run.stopRequested()) return;
-        // Closing writes the lengths into the header, so the file is whole at the end.
-        const bool closed = sink->close();
-        // A track that can't be read to its end still ends the run, as far as written.
-        Q_UNUSED(read);
-        Q_UNUSED(closed);
+        // Closing writes the lengths into the header: the file is whole before the end.
+        sink->close();
         run.report([this] { emit ExtractDone(); });
     });
     return Started;

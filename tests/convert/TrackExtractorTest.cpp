@@ -1,0 +1,148 @@
+// The track extractor on cd-paranoia, reading a CUE/BIN disc image made by the test.
+#include <gtest/gtest.h>
+#include <sndfile.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "platform/Components.h"
+#include "platform/cddrives/CdDrives.h"
+#include "platform/trackextractor/ParanoiaTrackExtractor.h"
+#include "support/AudioFixtures.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+constexpr int kSectorFrames = 588;
+
+// Two audio tracks of `seconds` each, tones of different pitch, as one BIN with its CUE.
+QString writeImage(const QTemporaryDir& dir, double seconds) {
+    const QString bin = dir.filePath("disc.bin"), cue = dir.filePath("disc.cue");
+    QFile b(bin);
+    if (!b.open(QIODevice::WriteOnly)) return {};
+    const int sectors = int(seconds * 75);
+    std::vector<qint16> pcm(size_t(sectors) * kSectorFrames * 2);
+    for (int track = 0; track < 2; ++track) {
+        for (size_t i = 0; i < pcm.size() / 2; ++i) {
+            const double v = 0.3 * std::sin(2 * M_PI * (440 + 220 * track) * double(i) / 44100);
+            pcm[i * 2] = pcm[i * 2 + 1] = qint16(v * 32767);
+        }
+        b.write(reinterpret_cast<const char*>(pcm.data()), qint64(pcm.size() * 2));
+    }
+    QFile c(cue);
+    if (!c.open(QIODevice::WriteOnly)) return {};
+    const int m = sectors / 4500, s = sectors % 4500 / 75, f = sectors % 75;
+    c.write(
+        QStringLiteral("FILE \"disc.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    INDEX 01 00:00:00\r\n"
+                       "  TRACK 02 AUDIO\r\n    INDEX 01 %1:%2:%3\r\n")
+            .arg(m, 2, 10, QChar('0'))
+            .arg(s, 2, 10, QChar('0'))
+            .arg(f, 2, 10, QChar('0'))
+            .toLatin1());
+    return cue;
+}
+
+// The program's CD drives: one, holding the image.
+class ImageDrives : public CdDrives {
+  public:
+    explicit ImageDrives(QString image) : image_(std::move(image)) {}
+    QList<CdDrive> Drives() override { return {CdDrive{u'D', QStringLiteral("disc.cue"), image_}}; }
+    QString TrackFolder(QChar) override { return {}; }
+    CdDrive DriveOfPath(const QString&) override { return {}; }
+
+  private:
+    QString image_;
+};
+
+struct ExtractorUnderTest {
+    ParanoiaTrackExtractor acd;
+    QStringList events;
+    QList<qint32> progress;
+    ExtractorUnderTest() {
+        QObject::connect(&acd, &TrackExtractor::ExtractBegin, [this] { events << "begin"; });
+        QObject::connect(&acd, &TrackExtractor::ExtractProgress, [this](qint32 v) {
+            if (progress.isEmpty()) events << "progress";
+            progress << v;
+        });
+        QObject::connect(&acd, &TrackExtractor::ExtractDone, [this] { events << "done"; });
+    }
+};
+
+class TrackExtractorTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        Components::clear();
+        cue = writeImage(dir, 2.0);
+        ASSERT_FALSE(cue.isEmpty());
+        Components::provideService<CdDrives>(std::make_shared<ImageDrives>(cue));
+    }
+    void TearDown() override { Components::clear(); }
+    QTemporaryDir dir;
+    QString cue;
+};
+
+TEST_F(TrackExtractorTest, ListsTheDrivesAndTheDiscsTracks) {
+    ExtractorUnderTest t;
+    EXPECT_EQ(t.acd.Initialize(), 0);
+    EXPECT_EQ(t.acd.DriveCount(), 1);
+    EXPECT_EQ(t.acd.DriveName(1), QStringLiteral("disc.cue"));
+    EXPECT_EQ(t.acd.TrackCount(), 0);
+    t.acd.SelectDrive(1);
+    ASSERT_EQ(t.acd.TrackCount(), 2);
+    EXPECT_EQ(t.acd.TrackLength(1), 2000);
+    EXPECT_EQ(t.acd.TrackLength(3), 0);
+    QString out = dir.filePath("x.wav");
+    EXPECT_EQ(t.acd.ExtractTrack(out, 3), TrackExtractor::NoSuchTrack);
+    t.acd.SelectDrive(2);
+    EXPECT_EQ(t.acd.ExtractTrack(out, 1), TrackExtractor::NoDisc);
+}
+
+TEST_F(TrackExtractorTest, WritesATrackAsCdQualityWav) {
+    ExtractorUnderTest t;
+    t.acd.Initialize();
+    t.acd.SelectDrive(1);
+    QString out = dir.filePath("two.wav");
+    ASSERT_EQ(t.acd.ExtractTrack(out, 2), TrackExtractor::Started);
+    ASSERT_TRUE(waitUntil([&] { return t.events.contains("done"); }));
+    EXPECT_EQ(t.events, QStringList({"begin", "progress", "done"}));
+    EXPECT_EQ(t.progress.last(), 1000);
+    EXPECT_TRUE(std::is_sorted(t.progress.begin(), t.progress.end()));
+    const SoundInfo info = readSoundInfo(out);
+    ASSERT_TRUE(info.ok);
+    EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+    EXPECT_EQ(info.rate, 44100);
+    EXPECT_EQ(info.channels, 2);
+    EXPECT_EQ(info.frames, 150 * kSectorFrames);
+    // The sound is the second track's, sample for sample.
+    SF_INFO sf{};
+    SNDFILE* file = sf_open(QFile::encodeName(out).constData(), SFM_READ, &sf);
+    ASSERT_TRUE(file);
+    std::vector<qint16> read(2000);
+    EXPECT_EQ(sf_readf_short(file, read.data(), 1000), 1000);
+    sf_close(file);
+    for (size_t i = 0; i < 1000; i += 97)
+        EXPECT_EQ(read[i * 2], qint16(0.3 * std::sin(2 * M_PI * 660 * double(i) / 44100) * 32767))
+            << i;
+}
+
+TEST_F(TrackExtractorTest, AbortEndsTheRunWithoutItsEnd) {
+    ExtractorUnderTest t;
+    t.acd.SelectDrive(1);
+    QString out = dir.filePath("one.wav");
+    ASSERT_EQ(t.acd.ExtractTrack(out, 1), TrackExtractor::Started);
+    t.acd.Abort();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(t.events.contains("done"));
+    // A new run after it goes through.
+    ASSERT_EQ(t.acd.ExtractTrack(out, 1), TrackExtractor::Started);
+    ASSERT_TRUE(waitUntil([&] { return t.events.contains("done"); }));
+    EXPECT_EQ(readSoundInfo(out).frames, 150 * kSectorFrames);
+}
+
+}  // namespace
