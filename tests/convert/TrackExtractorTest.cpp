@@ -1,4 +1,5 @@
-// The track extractor on cd-paranoia, reading a CUE/BIN disc image made by the test.
+// The track extractor on cd-paranoia, and the CD to MP3 window on it and LAME, reading a
+// CUE/BIN disc image made by the test.
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
@@ -9,8 +10,12 @@
 #include <cmath>
 #include <vector>
 
+#include "app/Settings.h"
+#include "convert/FileConversionFixture.h"
+#include "convert/frmCDtoMP3.h"
 #include "platform/Components.h"
 #include "platform/cddrives/CdDrives.h"
+#include "platform/mp3encoder/LameMp3Encoder.h"
 #include "platform/trackextractor/ParanoiaTrackExtractor.h"
 #include "support/AudioFixtures.h"
 
@@ -143,6 +148,43 @@ TEST_F(TrackExtractorTest, AbortEndsTheRunWithoutItsEnd) {
     ASSERT_EQ(t.acd.ExtractTrack(out, 1), TrackExtractor::Started);
     ASSERT_TRUE(waitUntil([&] { return t.events.contains("done"); }));
     EXPECT_EQ(readSoundInfo(out).frames, 150 * kSectorFrames);
+}
+
+class CDtoMP3RunTest : public FileConversionFixture {
+  protected:
+    void SetUp() override {
+        FileConversionFixture::SetUp();
+        cue = writeImage(dir, 2.0);
+        ASSERT_FALSE(cue.isEmpty());
+        Components::provideService<CdDrives>(std::make_shared<ImageDrives>(cue));
+        Components::provideFactory<TrackExtractor>(
+            [] { return std::make_unique<ParanoiaTrackExtractor>(); });
+        Components::provideFactory<Mp3Encoder>([] { return std::make_unique<LameMp3Encoder>(); });
+        temp = tempDir() + QStringLiteral("/tmp");
+        QDir().mkpath(temp);
+        SaveAppSetting(QStringLiteral("Temp  Location"), temp);
+        SaveAppSetting(QStringLiteral("CD to MP3 Path"), out());
+        SaveAppSetting(QStringLiteral("Conversion Bitrate"), QStringLiteral("1"));
+    }
+    QTemporaryDir dir;
+    QString cue, temp;
+};
+
+TEST_F(CDtoMP3RunTest, ATrackOfADiscImageBecomesAnMp3OfItsLength) {
+    frmCDtoMP3& w = Forms::touch<frmCDtoMP3>();
+    ASSERT_EQ(w.List1->count(), 2);
+    EXPECT_EQ(w.List1->item(1)->text(), QStringLiteral("Track 02     Length: 00:02"));
+    w.List1->item(1)->setSelected(true);
+    w.mnuConvert->trigger();
+    EXPECT_EQ(w.windowTitle(), QStringLiteral("Convert CD to MP3 - Conversion(s) Complete"));
+    const Mp3Info mp3 = decodeMp3(out() + QStringLiteral("/Track2.mp3"));
+    ASSERT_TRUE(mp3.ok);
+    EXPECT_EQ(mp3.bitrateKbps, 64);
+    EXPECT_EQ(mp3.channels, 2);
+    EXPECT_NEAR(double(mp3.samples) / mp3.rate, 2.0, 0.01);
+    EXPECT_GT(mp3.rms, 0.1);
+    EXPECT_FALSE(QFileInfo::exists(temp + QStringLiteral("/track.wav")));
+    EXPECT_TRUE(msgBox().shown.isEmpty());
 }
 
 }  // namespace
