@@ -103,10 +103,10 @@ FileListForm::FileListForm(const QString& name, const ListTexts& texts)
     Subclass1->setMessages(Wm::DROPFILES, true);
     connect(Subclass1, &Subclass::WndProc, this, [this](quint32 msg, qintptr, qintptr, long*) {
         if (msg != Wm::DROPFILES) return;
-        const QStringList names = Subclass1->droppedFiles();
+        // A large folder takes a moment to list.
         QApplication::setOverrideCursor(Qt::WaitCursor);
+        Process_DROPFILES(Subclass1->droppedFiles());
         QApplication::restoreOverrideCursor();
-        Process_DROPFILES(names);
     });
 }
 
