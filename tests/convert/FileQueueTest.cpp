@@ -3,10 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
+#include <QMimeData>
 #include <QProgressBar>
+#include <QUrl>
 
 #include "app/Runtime.h"
 #include "app/Settings.h"
@@ -226,6 +230,20 @@ TEST_F(EncodeQueueTest, DropsTakeWavFilesAndTheWavFilesOfFoldersEvenDuringARun) 
     EXPECT_EQ(encoder().run.setFilesCalls.size(), 2);
     EXPECT_EQ(w.Label1->text(), kSuccess);
     EXPECT_TRUE(msgBox().shown.isEmpty());
+}
+
+TEST_F(EncodeQueueTest, FilesDroppedOnTheListArriveThroughItsHook) {
+    frmEncode& w = open();
+    const QString wav = file(QStringLiteral("dropped.wav"));
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(wav), QUrl::fromLocalFile(file(QStringLiteral("x.ogg")))});
+    QWidget* target = w.List1->viewport();
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &drop);
+    EXPECT_EQ(rows(w.List1), QStringList{wav});
 }
 
 TEST_F(EncodeQueueTest, EditingIsRefusedDuringARunAndFollowsTheSelection) {
