@@ -1,6 +1,8 @@
 #include "app/ProductionComponents.h"
 
 #include "platform/Components.h"
+#include "platform/cddrives/LibcdioCdDrives.h"
+#include "platform/cdreader/CdioCDReader.h"
 #include "platform/clock/QtClock.h"
 #include "platform/dialogs/QtFileDialogs.h"
 #include "platform/instance/LocalInstanceLink.h"
@@ -24,12 +26,14 @@ void registerProductionComponents() {
     Components::provideService<Registry>(std::make_shared<RegistryStore>());
     Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
     Components::provideService<Shell>(std::make_shared<DesktopShell>());
+    Components::provideService<CdDrives>(std::make_shared<LibcdioCdDrives>());
     Components::provideFactory<InstanceLink>([] { return std::make_unique<LocalInstanceLink>(); });
     Components::provideFactory<Mp3Encoder>([] { return std::make_unique<LameMp3Encoder>(); });
     Components::provideFactory<Mp3Decoder>([] { return std::make_unique<Mpg123Mp3Decoder>(); });
     Components::provideFactory<WaveChain>([] { return std::make_unique<SndfileWaveChain>(); });
     Components::provideFactory<FormatChooser>([] { return std::make_unique<QtFormatChooser>(); });
     Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+    Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
     Components::provideFactory<TrackExtractor>(
         [] { return std::make_unique<ParanoiaTrackExtractor>(); });
 }

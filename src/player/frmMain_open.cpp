@@ -310,7 +310,7 @@ void frmMain::openVivo(const QString& path) {
 }
 
 void frmMain::openAudioCD(const QString& path) {
-    CDReader* reader = Forms::touch<frmTempCD>().CDReader.get();
+    CDReader* reader = Forms::touch<frmTempCD>().ReaderFor(path);
     if (!reader || !waitForDisc(*reader)) return;
     // "Track05" is index 4, shown as track 5.
     CurrentTrack = long(Val(ParsePathParts(path, QStringLiteral("b")).mid(5))) - 1;

@@ -134,7 +134,7 @@ void frmMain::playStartOnce() {
     } else if (isAudioCD(ext)) {
         if (MediaPlayer* mp = frmTemp::get().MP.get()) mp->Stop();
         if (QueueView* view = loadedWindow<QueueView>(); view && view->AM()) view->AM()->Stop();
-        CDReader* reader = Forms::touch<frmTempCD>().CDReader.get();
+        CDReader* reader = Forms::touch<frmTempCD>().ReaderFor(CurrentFile);
         if (!reader || !waitForDisc(*reader)) return;
         // Unlike a single CD file, no 1 is taken off: "Track05" plays index 5.
         CurrentTrack = long(Val(ParsePathParts(CurrentFile, QStringLiteral("b")).mid(5)));

@@ -17,6 +17,16 @@ class frmTempCD : public Form {
 
     // Null when no reader is provided.
     std::unique_ptr<cantovel::CDReader> CDReader;
+
+    // The reader, set to the drive whose track folder holds `cdaPath` ("…/Track05.cda"),
+    // or to the drive chosen for audio play in the settings when no drive holds it. Null
+    // when no reader is provided.
+    cantovel::CDReader* ReaderFor(const QString& cdaPath);
+
+    void CDReader_CopyStarted();
+
+  protected:
+    bool unloadEvent() override;
 };
 
 }  // namespace cantovel

@@ -1,6 +1,11 @@
 #include "support/FakeCDReader.h"
 
+#include <QFile>
+#include <QMetaObject>
+#include <algorithm>
+
 #include "platform/clock/Clock.h"
+#include "platform/clock/Timer.h"
 
 namespace cantovel::test {
 
@@ -34,12 +39,18 @@ FakeCDReader::~FakeCDReader() = default;
 
 void FakeCDReader::Open() {
     calls << QStringLiteral("Open");
+    openedDevices << DeviceID();
+    clearError();
+    if (!disc().openError.isEmpty()) {
+        raise(disc().openError);
+        return;
+    }
     if (!opened_) openedAt_ = Clock::get().msecs();
     opened_ = true;
 }
 
 bool FakeCDReader::DiscPresent() const {
-    return opened_ && disc().readyAfterMs &&
+    return opened_ && !disc().removed && !disc().doorOpen && disc().readyAfterMs &&
            Clock::get().msecs() - openedAt_ >= *disc().readyAfterMs;
 }
 
@@ -82,6 +93,90 @@ void FakeCDReader::PauseAudio() {
     calls << QStringLiteral("PauseAudio");
     fromFrames_ = positionFrames();
     playing_ = false;
+}
+
+void FakeCDReader::Close() {
+    calls << QStringLiteral("Close");
+    playing_ = false;
+    opened_ = false;
+}
+
+int FakeCDReader::DriveState() const {
+    if (!opened_) return dsNone;
+    if (disc().doorOpen) return dsDoorOpen;
+    if (!DiscPresent()) return dsNoDisc;
+    return playing_ ? dsPlaying : dsReady;
+}
+
+void FakeCDReader::Door(bool close) {
+    calls << QStringLiteral("Door=%1").arg(close ? 1 : 0);
+    disc().doorOpen = !close;
+}
+
+void FakeCDReader::CopyTrack(int index, const QString& fileName) {
+    calls << QStringLiteral("CopyTrack=%1:%2").arg(index).arg(fileName);
+    const QList<CDTrack> tracks = Tracks();
+    if (!canCopy(index, copying_)) return;
+    // The file is there from the start, as the real reader writes straight to it.
+    QFile out(fileName);
+    if (out.open(QIODevice::WriteOnly)) out.write(QByteArray::number(index));
+    copying_ = true;
+    copyStarted_ = writeFailed_ = false;
+    copyStart_ = copyPosition_ = CDReader::ToFrames(tracks[index].StartPosition);
+    copyEnd_ = copyStart_ + CDReader::ToFrames(tracks[index].Length);
+    copyBegunAt_ = Clock::get().msecs();
+    copyTimer_ = std::make_unique<Timer>(10);
+    QObject::connect(copyTimer_.get(), &Timer::timeout, this, &FakeCDReader::copyTick);
+    copyTimer_->setEnabled(true);
+}
+
+void FakeCDReader::copyTick() {
+    if (!copying_ || writeFailed_) return;
+    const qint64 elapsed = Clock::get().msecs() - copyBegunAt_;
+    if (elapsed < disc().copyStartMs) return;
+    if (!copyStarted_) {
+        copyStarted_ = true;
+        emit CopyStarted();
+        return;
+    }
+    const qint64 done = std::min(copyEnd_ - copyStart_,
+                                 (elapsed - disc().copyStartMs) * disc().copyFramesPer100Ms / 100);
+    if (disc().failWriteAt && done >= *disc().failWriteAt) {
+        copyPosition_ = copyStart_ + *disc().failWriteAt;
+        writeFailed_ = true;
+        emit CopyWriteFailed();
+        return;
+    }
+    if (disc().failReadAt && done >= *disc().failReadAt) {
+        copyPosition_ = copyStart_ + *disc().failReadAt;
+        emit CopyError();
+        finishCopy();
+        return;
+    }
+    copyPosition_ = copyStart_ + done;
+    if (copyPosition_ >= copyEnd_) finishCopy();
+}
+
+void FakeCDReader::finishCopy() {
+    copying_ = false;
+    if (copyTimer_) {
+        // The timer may be the one whose tick is running now.
+        copyTimer_->setEnabled(false);
+        copyTimer_.release()->deleteLater();
+    }
+    emit CopyFinished();
+}
+
+void FakeCDReader::StopCopy() {
+    calls << QStringLiteral("StopCopy");
+    if (!copying_) return;
+    if (copyTimer_) copyTimer_->setEnabled(false);
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (copying_) finishCopy();
+        },
+        Qt::QueuedConnection);
 }
 
 }  // namespace cantovel::test

@@ -1,15 +1,21 @@
 #pragma once
-// A CD reader with a scripted disc that plays by the clock's time (virtual time under
-// FakeClock). What the disc is like is scripted for all fakes at once, since windows
-// make their readers through the component factory. Every call is recorded.
+// A CD reader with a scripted disc that plays and copies by the clock's time (virtual time
+// under FakeClock). What the drives and the disc are like is scripted for all fakes at
+// once, since windows make their readers through the component factory. Every call is
+// recorded.
 
 #include <QList>
 #include <QStringList>
 #include <initializer_list>
+#include <memory>
 #include <optional>
 
 #include "platform/cdreader/CDReader.h"
 #include "support/TrackedFake.h"
+
+namespace cantovel {
+class Timer;
+}
 
 namespace cantovel::test {
 
@@ -21,6 +27,21 @@ class FakeCDReader : public CDReader, public TrackedFake<FakeCDReader, CDReader>
         std::optional<int> readyAfterMs = 0;
         bool directoryRead = true;
         QList<CDTrack> tracks;
+        // The machine's drives; one unless a test says otherwise.
+        QList<CDDevice> devices{{QStringLiteral("D"), QStringLiteral("Fake CD-ROM")}};
+        // The disc was taken out (DiscPresent false whatever else holds).
+        bool removed = false;
+        // Open raises an error with this text.
+        QString openError;
+        bool doorOpen = false;
+        // Copies: the pace, in frames per 100 ms of clock time, after a start-up of
+        // copyStartMs; a read error or a failed write once that many frames are done
+        // (the write failure leaves the copy running until StopCopy, as a real one would
+        // sit on a full disk).
+        qint64 copyFramesPer100Ms = 750;
+        int copyStartMs = 50;
+        std::optional<qint64> failReadAt;
+        std::optional<qint64> failWriteAt;
     };
     static Disc& disc();
     // Tracks of these lengths in seconds, the first starting at 2 seconds, the usual gap.
@@ -33,7 +54,18 @@ class FakeCDReader : public CDReader, public TrackedFake<FakeCDReader, CDReader>
     void Open() override;
     bool DiscPresent() const override;
     bool DirectoryRead() const override { return DiscPresent() && disc().directoryRead; }
-    QList<CDTrack> Tracks() const override { return disc().tracks; }
+    QList<CDTrack> Tracks() const override {
+        return disc().removed || disc().doorOpen ? QList<CDTrack>() : disc().tracks;
+    }
+    QList<CDDevice> Devices() const override { return disc().devices; }
+    void Close() override;
+    int DriveState() const override;
+    void Door(bool close) override;
+    void CopyTrack(int index, const QString& fileName) override;
+    void StopCopy() override;
+    int CopyState() const override { return copying_ ? 1 : 0; }
+    qint64 CopyStart() const override { return copyStart_; }
+    qint64 CopyPosition() const override { return copyPosition_; }
     quint32 Position() const override;
     void PlayAudioTrack(int index) override;
     void PlayAudioRange(quint32 start, quint32 length) override;
@@ -43,18 +75,31 @@ class FakeCDReader : public CDReader, public TrackedFake<FakeCDReader, CDReader>
     // Moves the play position to `frames` from the start of the disc.
     void setPositionFrames(qint64 frames);
 
-    // "Open", "PlayAudioTrack=<i>", "PlayAudioRange=<start frames>+<length frames>",
-    // "StopAudio", "PauseAudio".
+    // "Open", "Close", "PlayAudioTrack=<i>", "PlayAudioRange=<start frames>+<length frames>",
+    // "StopAudio", "PauseAudio", "Door=<0|1>", "CopyTrack=<i>:<file>", "StopCopy".
     QStringList calls;
+    // The DeviceID each Open was made with.
+    QList<int> openedDevices;
 
   private:
     qint64 positionFrames() const;
+    void copyTick();
+    void finishCopy();
 
     bool opened_ = false;
     qint64 openedAt_ = 0;
     bool playing_ = false;
     qint64 fromFrames_ = 0;
     qint64 startedAt_ = 0;
+
+    bool copying_ = false;
+    bool copyStarted_ = false;
+    bool writeFailed_ = false;
+    qint64 copyStart_ = 0;
+    qint64 copyPosition_ = 0;
+    qint64 copyEnd_ = 0;
+    qint64 copyBegunAt_ = 0;
+    std::unique_ptr<Timer> copyTimer_;
 };
 
 }  // namespace cantovel::test

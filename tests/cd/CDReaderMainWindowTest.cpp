@@ -1,0 +1,56 @@
+// The main window plays a track of a disc image through the real CD reader: opening
+// "Track02.cda" from the drive's folder plays that track with the time running.
+#include <gtest/gtest.h>
+
+#include "cd/CDReaderImage.h"
+#include "platform/cdreader/CdioCDReader.h"
+#include "platform/clock/QtClock.h"
+#include "player/PlayerTest.h"
+#include "player/frmTempCD.h"
+#include "support/ScopedEnv.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class CDReaderMainWindowTest : public PlayerTest {
+  protected:
+    void installPlayers() override {
+        env.set("CANTOVEL_AO", QByteArray("null"));
+        FakeMediaPlayer::install();
+        // Real time: the sound runs on mpv's threads.
+        Components::provideService<Clock>(std::make_shared<QtClock>());
+        drives = std::make_shared<ImageDrives>(tempDir() + QStringLiteral("/drives"));
+        // Drive D holds another disc; the track is on E.
+        drives->add(writeCdImage(tempDir(), {150}, QStringLiteral("other")), 1);
+        drives->add(writeCdImage(tempDir(), {150, 225}), 2);
+        Components::provideService<CdDrives>(drives);
+        Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
+    }
+
+    ScopedEnv env;
+    std::shared_ptr<ImageDrives> drives;
+};
+
+TEST_F(CDReaderMainWindowTest, OpeningATrackFilePlaysItFromItsOwnDriveWithTheTimeRunning) {
+    openByDialog(drives->TrackFolder(u'E') + QStringLiteral("/Track02.cda"));
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(main->TitleText(), "Audio Track #2");
+    EXPECT_EQ(main->CurrentTrack, 1);
+    EXPECT_EQ(main->TrackLength, 3);
+    auto* cd = Forms::find<frmTempCD>();
+    ASSERT_NE(cd, nullptr);
+    auto* reader = static_cast<CdioCDReader*>(cd->CDReader.get());
+    EXPECT_TRUE(reader->device().endsWith("disc.cue"));
+    EXPECT_EQ(reader->DriveState(), CDReader::dsPlaying);
+
+    // The time runs: the thumb leaves its start within two ticks.
+    ASSERT_TRUE(Clock::get().wait(2500, [&] { return main->imgPlayProgress.rect.left() > 16; }));
+    EXPECT_EQ(reader->CurrentTrack(), 2);
+    // And the end of the track returns the window to idle.
+    ASSERT_TRUE(Clock::get().wait(5000, [&] { return !main->CDR_Timer.isEnabled(); }));
+    EXPECT_EQ(temp->mnuPlay->text(), "&Open...");
+}
+
+}  // namespace

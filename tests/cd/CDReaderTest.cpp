@@ -1,0 +1,288 @@
+// The libcdio CD reader on generated disc images: table of contents, the image's door,
+// a changed disc, its settings, digital play, and copies to WAV checked with libsndfile.
+#include <gtest/gtest.h>
+
+#include <sndfile.h>
+
+#include <QDir>
+#include <QFile>
+#include <vector>
+
+#include "app/Settings.h"
+#include "cd/CDReaderImage.h"
+#include "platform/Components.h"
+#include "platform/cdreader/CdioCDReader.h"
+#include "support/AppTest.h"
+#include "support/AudioFixtures.h"
+#include "support/FakeFormatChooser.h"
+#include "support/ScopedEnv.h"
+#include "support/TestMedia.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+// The samples of a WAV, as 16-bit values.
+std::vector<short> wavSamples(const QString& path) {
+    SF_INFO info{};
+    SNDFILE* f = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!f) return {};
+    std::vector<short> samples(size_t(info.frames * info.channels));
+    sf_readf_short(f, samples.data(), info.frames);
+    sf_close(f);
+    return samples;
+}
+
+std::vector<short> asSamples(const QByteArray& bytes) {
+    std::vector<short> s(size_t(bytes.size() / 2));
+    std::memcpy(s.data(), bytes.constData(), s.size() * 2);
+    return s;
+}
+
+class CDReaderTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        env.set("CANTOVEL_AO", QByteArray("null"));
+        drives = std::make_shared<ImageDrives>();
+        Components::provideService<CdDrives>(drives);
+        image = writeCdImage(tempDir(), {300, 225});
+        ASSERT_FALSE(image.isEmpty());
+        drives->add(image);
+        reader = std::make_unique<CdioCDReader>();
+        QObject::connect(reader.get(), &CDReader::CopyStarted, [this] { events << "started"; });
+        QObject::connect(reader.get(), &CDReader::CopyFinished, [this] { events << "finished"; });
+        QObject::connect(reader.get(), &CDReader::CopyError, [this] { events << "error"; });
+        QObject::connect(reader.get(), &CDReader::CopyWriteFailed,
+                         [this] { events << "writefailed"; });
+    }
+    void TearDown() override {
+        reader.reset();
+        AppTest::TearDown();
+    }
+    bool copyEnds() {
+        return waitUntil([this] { return events.contains(QStringLiteral("finished")); });
+    }
+
+    ScopedEnv env;
+    std::shared_ptr<ImageDrives> drives;
+    QString image;
+    std::unique_ptr<CdioCDReader> reader;
+    QStringList events;
+};
+
+TEST_F(CDReaderTest, ReadsTheTableOfContentsOfTheSelectedDrive) {
+    ASSERT_EQ(reader->Devices().size(), 1);
+    EXPECT_EQ(reader->Devices()[0].DriveLetter, "D");
+    EXPECT_EQ(reader->DriveState(), CDReader::dsNone);
+    reader->setDeviceID(0);
+    reader->Open();
+    ASSERT_TRUE(reader->DiscPresent());
+    ASSERT_TRUE(reader->DirectoryRead());
+    EXPECT_EQ(reader->DriveState(), CDReader::dsReady);
+    EXPECT_EQ(reader->DriveLetter(), "D");
+    ASSERT_EQ(reader->TrackCount(), 2);
+    const QList<CDTrack> t = reader->Tracks();
+    EXPECT_EQ(t[0].Number, 1);
+    EXPECT_EQ(CDReader::ToFrames(t[0].StartPosition), 150);
+    EXPECT_EQ(CDReader::ToFrames(t[0].Length), 300);
+    EXPECT_EQ(CDReader::ToFrames(t[1].StartPosition), 450);
+    EXPECT_EQ(CDReader::ToFrames(t[1].Length), 225);
+    EXPECT_TRUE(t[1].IsAudio);
+    // No "digital copy permitted" flag in the image: the track reads as protected.
+    EXPECT_TRUE(t[1].CopyProtected);
+    EXPECT_FALSE(t[1].PreEmphasis);
+}
+
+TEST_F(CDReaderTest, TheImagesDoorTakesTheDiscOutAndAChangedImageIsANewDisc) {
+    reader->Open();
+    reader->Door(false);
+    EXPECT_EQ(reader->DriveState(), CDReader::dsDoorOpen);
+    EXPECT_FALSE(reader->DiscPresent());
+    EXPECT_EQ(reader->TrackCount(), 0);
+    reader->Door(true);
+    EXPECT_TRUE(reader->DiscPresent());
+    EXPECT_EQ(reader->TrackCount(), 2);
+
+    ASSERT_FALSE(writeCdImage(tempDir(), {100, 100, 100}).isEmpty());
+    EXPECT_EQ(reader->TrackCount(), 3);
+    QFile::remove(image);
+    EXPECT_FALSE(reader->DiscPresent());
+    EXPECT_EQ(reader->DriveState(), CDReader::dsNoDisc);
+}
+
+TEST_F(CDReaderTest, ANoDriveMachineOpensNothing) {
+    drives->drives.clear();
+    reader->Open();
+    EXPECT_TRUE(reader->Devices().isEmpty());
+    EXPECT_FALSE(reader->DiscPresent());
+    EXPECT_EQ(reader->DriveState(), CDReader::dsNone);
+    EXPECT_EQ(reader->DriveLetter(), "");
+}
+
+TEST_F(CDReaderTest, SettingsGoUnderTheKeyItIsGivenAndComeBack) {
+    const QString key = QStringLiteral("Software\\Brightfen\\Cantovel\\DAC");
+    reader->setBlockCount(13);
+    reader->setCopyMode(2);
+    reader->setDeviceType(18);
+    reader->setDeviceID(1);
+    reader->setCopyFormat({WaveFormat::Pcm8, 22050, 1});
+    reader->SaveRegistry(RegRoot::CurrentUser, key);
+    EXPECT_EQ(ReadRegValue(RegRoot::CurrentUser, key, QStringLiteral("BlockCount"), {}), "13");
+
+    CdioCDReader other;
+    EXPECT_EQ(other.BlockCount(), 26);
+    EXPECT_EQ(other.CopyMode(), 1);
+    other.LoadRegistry(RegRoot::CurrentUser, key);
+    EXPECT_EQ(other.BlockCount(), 13);
+    EXPECT_EQ(other.CopyMode(), 2);
+    EXPECT_EQ(other.DeviceType(), 18);
+    EXPECT_EQ(other.DeviceID(), 1);
+    EXPECT_EQ(other.CopyFormat(), (WaveFormat{WaveFormat::Pcm8, 22050, 1}));
+
+    // Nonsense in the store leaves the reader's values as they were.
+    WriteRegValue(RegRoot::CurrentUser, key, QStringLiteral("BlockCount"), QStringLiteral("x"));
+    WriteRegValue(RegRoot::CurrentUser, key, QStringLiteral("CopyMode"), QStringLiteral("9"));
+    other.LoadRegistry(RegRoot::CurrentUser, key);
+    EXPECT_EQ(other.BlockCount(), 13);
+    EXPECT_EQ(other.CopyMode(), 2);
+}
+
+TEST_F(CDReaderTest, TheWaveFormatDialogSetsTheCopyFormat) {
+    Components::provideFactory<FormatChooser>([] {
+        auto f = std::make_unique<FakeFormatChooser>();
+        f->script({WaveFormat{WaveFormat::Pcm24, 48000, 2}});
+        return f;
+    });
+    reader->SelectWaveFormat();
+    EXPECT_EQ(reader->CopyFormat(), (WaveFormat{WaveFormat::Pcm24, 48000, 2}));
+    // Declined: the format stays.
+    Components::provideFactory<FormatChooser>([] {
+        auto f = std::make_unique<FakeFormatChooser>();
+        f->script({std::nullopt});
+        return f;
+    });
+    reader->SelectWaveFormat();
+    EXPECT_EQ(reader->CopyFormat(), (WaveFormat{WaveFormat::Pcm24, 48000, 2}));
+}
+
+TEST_F(CDReaderTest, PlaysATrackWithThePositionInIt) {
+    reader->Open();
+    EXPECT_EQ(reader->CurrentTrack(), 1);
+    reader->PlayAudioTrack(1);
+    EXPECT_EQ(reader->DriveState(), CDReader::dsPlaying);
+    ASSERT_TRUE(waitUntil([&] { return CDReader::ToFrames(reader->Position()) > 460; }, 5000));
+    EXPECT_LT(CDReader::ToFrames(reader->Position()), 675);
+    EXPECT_EQ(reader->CurrentTrack(), 2);
+    reader->PauseAudio();
+    EXPECT_EQ(reader->DriveState(), CDReader::dsReady);
+    const quint32 held = reader->Position();
+    reader->PlayAudioRange(held, reader->Tracks()[1].Length);  // resumes, past the end
+    EXPECT_EQ(reader->DriveState(), CDReader::dsPlaying);
+    reader->StopAudio();
+    EXPECT_EQ(reader->DriveState(), CDReader::dsReady);
+}
+
+TEST_F(CDReaderTest, CopiesATrackToAWavHoldingExactlyTheDiscsSamples) {
+    reader->Open();
+    QString base = tempDir() + QStringLiteral("/rip.wav");
+    const QString file = reader->TrackFileName(base, 1);
+    EXPECT_EQ(file, tempDir() + QStringLiteral("/rip02.wav"));
+    reader->CopyTrack(1, file);
+    EXPECT_EQ(reader->CopyState(), 1);
+    EXPECT_EQ(reader->CopyStart(), 450);
+    ASSERT_TRUE(copyEnds());
+    EXPECT_EQ(events, QStringList({"started", "finished"}));
+    EXPECT_EQ(reader->CopyState(), 0);
+    EXPECT_EQ(reader->CopyPosition(), 675);
+
+    const SoundInfo info = readSoundInfo(file);
+    ASSERT_TRUE(info.ok);
+    EXPECT_EQ(info.rate, 44100);
+    EXPECT_EQ(info.channels, 2);
+    EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+    EXPECT_EQ(wavSamples(file), asSamples(cdImageAudio(image, 300, 225)));
+}
+
+TEST_F(CDReaderTest, EveryCopyModeReadsTheSameSamples) {
+    reader->Open();
+    for (int mode : {0, 2}) {
+        events.clear();
+        reader->setCopyMode(mode);
+        reader->setBlockCount(7);
+        const QString file = tempDir() + QStringLiteral("/mode%1.wav").arg(mode);
+        reader->CopyTrack(0, file);
+        ASSERT_TRUE(copyEnds());
+        EXPECT_EQ(wavSamples(file), asSamples(cdImageAudio(image, 0, 300))) << mode;
+    }
+}
+
+TEST_F(CDReaderTest, CopiesIntoTheChosenFormat) {
+    reader->Open();
+    reader->setCopyFormat({WaveFormat::Pcm24, 22050, 1});
+    const QString file = tempDir() + QStringLiteral("/small.wav");
+    reader->CopyTrack(0, file);
+    ASSERT_TRUE(copyEnds());
+    EXPECT_EQ(events, QStringList({"started", "finished"}));
+    const SoundInfo info = readSoundInfo(file);
+    ASSERT_TRUE(info.ok);
+    EXPECT_EQ(info.rate, 22050);
+    EXPECT_EQ(info.channels, 1);
+    EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_24);
+    // 4 seconds of sound at half the rate.
+    EXPECT_NEAR(double(info.frames), 300 * 588 / 2, 64);
+}
+
+TEST_F(CDReaderTest, AFolderThatCannotBeWrittenGivesAWriteFailure) {
+    reader->Open();
+    // A "folder" that is a file: nobody, not even root, can create a file in it.
+    const QString folder = tempDir() + QStringLiteral("/locked");
+    ASSERT_TRUE(writeBytes(folder, "x"));
+    // As the copy window does: while the copy still runs, stop the reader.
+    int stateAtFailure = -1;
+    QObject::connect(reader.get(), &CDReader::CopyWriteFailed, [&] {
+        stateAtFailure = reader->CopyState();
+        reader->StopCopy();
+    });
+    reader->CopyTrack(0, folder + QStringLiteral("/t.wav"));
+    ASSERT_TRUE(copyEnds());
+    waitUntil([] { return false; }, 100);
+    EXPECT_EQ(events, QStringList({"writefailed", "finished"}));
+    EXPECT_EQ(stateAtFailure, 1);
+    EXPECT_EQ(reader->CopyState(), 0);
+}
+
+TEST_F(CDReaderTest, AFullDiskFailsTheWriteWithoutACrash) {
+    const int code = runWithFileSizeLimit(200 * 1024, [&] {
+        reader->Open();
+        reader->CopyTrack(0, tempDir() + QStringLiteral("/full.wav"));
+        if (!copyEnds()) return 2;
+        return events == QStringList({"started", "writefailed", "finished"}) ? 0 : 1;
+    });
+    EXPECT_EQ(code, 0);
+}
+
+TEST_F(CDReaderTest, ADataTrackOrASecondCopyIsRefusedWithAnErrorAndTheEnd) {
+    reader->Open();
+    reader->CopyTrack(5, tempDir() + QStringLiteral("/none.wav"));
+    ASSERT_TRUE(copyEnds());
+    EXPECT_EQ(events, QStringList({"error", "finished"}));
+    EXPECT_FALSE(QFile::exists(tempDir() + QStringLiteral("/none.wav")));
+}
+
+TEST_F(CDReaderTest, StoppingACopyEndsItOnceAndKeepsWhatWasWritten) {
+    reader->Open();
+    reader->setBlockCount(1);
+    reader->setCopyMode(0);
+    const QString file = tempDir() + QStringLiteral("/part.wav");
+    reader->CopyTrack(0, file);
+    reader->StopCopy();
+    ASSERT_TRUE(copyEnds());
+    waitUntil([] { return false; }, 100);
+    EXPECT_EQ(events.count(QStringLiteral("finished")), 1);
+    EXPECT_EQ(reader->CopyState(), 0);
+    EXPECT_TRUE(QFile::exists(file));
+}
+
+}  // namespace

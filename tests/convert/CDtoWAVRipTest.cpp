@@ -1,0 +1,95 @@
+// CD to WAV with the real CD reader on a disc image: both tracks ripped to WAV files that
+// hold exactly the image's samples, 44.1 kHz 16-bit stereo as libsndfile reads them.
+#include <gtest/gtest.h>
+
+#include <sndfile.h>
+
+#include <QApplication>
+#include <QListWidget>
+#include <QPushButton>
+#include <vector>
+
+#include "app/AppState.h"
+#include "app/Forms.h"
+#include "cd/CDReaderImage.h"
+#include "cd/CDTrackListView.h"
+#include "convert/frmCDtoWAV.h"
+#include "convert/frmCopyDlg.h"
+#include "platform/cdreader/CdioCDReader.h"
+#include "platform/clock/QtClock.h"
+#include "support/AppTest.h"
+#include "support/AudioFixtures.h"
+#include "support/FakeFileDialogs.h"
+#include "support/FakeMediaPlayer.h"
+#include "support/FakeMixer.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+QByteArray wavData(const QString& path) {
+    SF_INFO info{};
+    SNDFILE* f = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!f) return {};
+    QByteArray data(int(info.frames * info.channels * 2), '\0');
+    sf_readf_short(f, reinterpret_cast<short*>(data.data()), info.frames);
+    sf_close(f);
+    return data;
+}
+
+class CDtoWAVRipTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        AppClosing = VFalse;
+        Components::provideService<Clock>(std::make_shared<QtClock>());
+        Components::provideService<Mixer>(std::make_shared<FakeMixer>());
+        dialogs = std::make_shared<FakeFileDialogs>();
+        Components::provideService<FileDialogs>(dialogs);
+        FakeMediaPlayer::install();
+        drives = std::make_shared<ImageDrives>();
+        image = writeCdImage(tempDir(), {600, 450});
+        drives->add(image);
+        Components::provideService<CdDrives>(drives);
+        Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
+    }
+    void TearDown() override {
+        UnloadAllForms();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        AppTest::TearDown();
+    }
+    std::shared_ptr<FakeFileDialogs> dialogs;
+    std::shared_ptr<ImageDrives> drives;
+    QString image;
+};
+
+TEST_F(CDtoWAVRipTest, RipsBothTracksToWavFilesHoldingTheDiscsSamples) {
+    auto* f = new frmCDtoWAV();
+    ASSERT_EQ(f->ListView->topLevelItemCount(), 2);
+    f->ListView->SelectAll();
+    dialogs->scriptFiles({tempDir() + QStringLiteral("/Rip.wav")});
+    QStringList rows;
+    cantovel::Timer watch(20);
+    QObject::connect(&watch, &cantovel::Timer::timeout, [&] {
+        frmCopyDlg* d = Forms::find<frmCopyDlg>();
+        if (!d || d->btnAbort->text() != "Close") return;
+        for (int i = 0; i < d->Messages->count(); ++i) rows << d->Messages->item(i)->text();
+        watch.setEnabled(false);
+        d->btnAbort_Click();
+    });
+    watch.setEnabled(true);
+    f->CopyTracks1_Click();
+
+    EXPECT_EQ(rows, QStringList({"Copying Track 01", "Copying Track 02",
+                                 "Copy completed without any errors."}));
+    const SoundInfo info = readSoundInfo(tempDir() + QStringLiteral("/Rip02.wav"));
+    ASSERT_TRUE(info.ok);
+    EXPECT_EQ(info.rate, 44100);
+    EXPECT_EQ(info.channels, 2);
+    EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+    EXPECT_EQ(wavData(tempDir() + QStringLiteral("/Rip01.wav")), cdImageAudio(image, 0, 600));
+    EXPECT_EQ(wavData(tempDir() + QStringLiteral("/Rip02.wav")), cdImageAudio(image, 600, 450));
+}
+
+}  // namespace
