@@ -179,8 +179,6 @@ void frmCDtoMP3::buildMenus() {
     mnuSeekNext = mnuCDControls->addAction(QStringLiteral("Seek &Next"));
     mnuSeekPrev = mnuCDControls->addAction(QStringLiteral("Seek Pre&vious"));
     mnuEject = mnuCDControls->addAction(QStringLiteral("E&ject CD"));
-    // The CD reader gives no door control yet.
-    mnuEject->setEnabled(false);
     mnuSettings = bar->addMenu(QStringLiteral("&Settings"));
     Bitrates = new BitrateMenu(mnuSettings, QStringLiteral("Conversion Bitrate"));
     mnuDownMix = mnuSettings->addAction(QStringLiteral("DownMix"));
@@ -196,6 +194,7 @@ void frmCDtoMP3::buildMenus() {
     connect(mnuPauseCD, &QAction::triggered, this, [this] { mnuPauseCD_Click(); });
     connect(mnuSeekNext, &QAction::triggered, this, [this] { mnuSeekNext_Click(); });
     connect(mnuSeekPrev, &QAction::triggered, this, [this] { mnuSeekPrev_Click(); });
+    connect(mnuEject, &QAction::triggered, this, [this] { mnuEject_Click(); });
 }
 
 void frmCDtoMP3::connectComponents() {

@@ -120,6 +120,7 @@ class frmCDtoMP3 : public Form {
     void mnuPauseCD_Click();
     void mnuSeekNext_Click();
     void mnuSeekPrev_Click();
+    void mnuEject_Click();
     void ActiveMovie1_PlayStateChange(int oldState, int newState);
 
   protected:

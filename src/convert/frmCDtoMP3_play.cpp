@@ -94,6 +94,8 @@ void frmCDtoMP3::mnuPlayTrack_Click() {
         return;
     }
     if (!CDReader) return;
+    // The reader plays from the drive chosen for the conversion.
+    CDReader->setDeviceID(std::max(0, List2->currentRow()));
     CDReader->Open();
     const QList<CDTrack> tracks = CDReader->Tracks();
     SeekTrack = List1->row(List1->selectedItems().first());
@@ -130,12 +132,7 @@ void frmCDtoMP3::seekBy(int step) {
     if (!CDReader) return;
     const QList<CDTrack> tracks = CDReader->Tracks();
     if (tracks.isEmpty()) return;
-    // The track playing now: the last one starting at or before the position.
-    const qint64 position = cantovel::CDReader::ToFrames(CDReader->Position());
-    int current = 0;
-    for (int i = 0; i < tracks.size(); ++i)
-        if (cantovel::CDReader::ToFrames(tracks[i].StartPosition) <= position) current = i;
-    SeekTrack = std::clamp(current + step, 0, int(tracks.size()) - 1);
+    SeekTrack = std::clamp(CDReader->CurrentTrack() - 1 + step, 0, int(tracks.size()) - 1);
     CDReader->PlayAudioRange(tracks[SeekTrack].StartPosition, tracks[SeekTrack].Length);
     CDPlaying = true;
 }
@@ -146,6 +143,10 @@ void frmCDtoMP3::mnuSeekNext_Click() {
 
 void frmCDtoMP3::mnuSeekPrev_Click() {
     seekBy(-1);
+}
+
+void frmCDtoMP3::mnuEject_Click() {
+    if (CDReader) CDReader->Door(CDReader->DriveState() == cantovel::CDReader::dsDoorOpen);
 }
 
 }  // namespace cantovel

@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <algorithm>
-#include <cmath>
 #include <vector>
 
 #include "app/Settings.h"
@@ -18,39 +17,19 @@
 #include "platform/mp3encoder/LameMp3Encoder.h"
 #include "platform/trackextractor/ParanoiaTrackExtractor.h"
 #include "support/AudioFixtures.h"
+#include "support/DiscImage.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
 
 namespace {
 
-constexpr int kSectorFrames = 588;
+constexpr int kSectorFrames = DiscImage::kSectorBytes / 4;
 
-// Two audio tracks of `seconds` each, tones of different pitch, as one BIN with its CUE.
-QString writeImage(const QTemporaryDir& dir, double seconds) {
-    const QString bin = dir.filePath("disc.bin"), cue = dir.filePath("disc.cue");
-    QFile b(bin);
-    if (!b.open(QIODevice::WriteOnly)) return {};
-    const int sectors = int(seconds * 75);
-    std::vector<qint16> pcm(size_t(sectors) * kSectorFrames * 2);
-    for (int track = 0; track < 2; ++track) {
-        for (size_t i = 0; i < pcm.size() / 2; ++i) {
-            const double v = 0.3 * std::sin(2 * M_PI * (440 + 220 * track) * double(i) / 44100);
-            pcm[i * 2] = pcm[i * 2 + 1] = qint16(v * 32767);
-        }
-        b.write(reinterpret_cast<const char*>(pcm.data()), qint64(pcm.size() * 2));
-    }
-    QFile c(cue);
-    if (!c.open(QIODevice::WriteOnly)) return {};
-    const int m = sectors / 4500, s = sectors % 4500 / 75, f = sectors % 75;
-    c.write(
-        QStringLiteral("FILE \"disc.bin\" BINARY\r\n  TRACK 01 AUDIO\r\n    INDEX 01 00:00:00\r\n"
-                       "  TRACK 02 AUDIO\r\n    INDEX 01 %1:%2:%3\r\n")
-            .arg(m, 2, 10, QChar('0'))
-            .arg(s, 2, 10, QChar('0'))
-            .arg(f, 2, 10, QChar('0'))
-            .toLatin1());
-    return cue;
+// Two audio tracks of `seconds` each, as one BIN with its CUE.
+QString writeImage(const QTemporaryDir& dir, int seconds) {
+    const DiscImage disc = DiscImage::buildSeconds(dir.path(), {seconds, seconds});
+    return disc.ok() ? disc.cuePath() : QString();
 }
 
 // The program's CD drives: one, holding the image.
@@ -83,7 +62,7 @@ class TrackExtractorTest : public ::testing::Test {
   protected:
     void SetUp() override {
         Components::clear();
-        cue = writeImage(dir, 2.0);
+        cue = writeImage(dir, 2);
         ASSERT_FALSE(cue.isEmpty());
         Components::provideService<CdDrives>(std::make_shared<ImageDrives>(cue));
     }
@@ -131,9 +110,10 @@ TEST_F(TrackExtractorTest, WritesATrackAsCdQualityWav) {
     std::vector<qint16> read(2000);
     EXPECT_EQ(sf_readf_short(file, read.data(), 1000), 1000);
     sf_close(file);
-    for (size_t i = 0; i < 1000; i += 97)
-        EXPECT_EQ(read[i * 2], qint16(0.3 * std::sin(2 * M_PI * 660 * double(i) / 44100) * 32767))
-            << i;
+    for (int i = 0; i < 1000; i += 97) {
+        EXPECT_EQ(read[size_t(i) * 2], DiscImage::sample(2, i, 0)) << i;
+        EXPECT_EQ(read[size_t(i) * 2 + 1], DiscImage::sample(2, i, 1)) << i;
+    }
 }
 
 TEST_F(TrackExtractorTest, AbortEndsTheRunWithoutItsEnd) {
@@ -154,7 +134,7 @@ class CDtoMP3RunTest : public FileConversionFixture {
   protected:
     void SetUp() override {
         FileConversionFixture::SetUp();
-        cue = writeImage(dir, 2.0);
+        cue = writeImage(dir, 2);
         ASSERT_FALSE(cue.isEmpty());
         Components::provideService<CdDrives>(std::make_shared<ImageDrives>(cue));
         Components::provideFactory<TrackExtractor>(
