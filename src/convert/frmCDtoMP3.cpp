@@ -19,6 +19,7 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QStorageInfo>
+#include <QTimer>
 #include <QToolBar>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -150,6 +151,14 @@ void frmCDtoMP3::buildWindow() {
     connect(Drive1, &QComboBox::activated, this, [this] { Drive1_Change(); });
     connect(Dir1, &QTreeView::clicked, this,
             [this](const QModelIndex& index) { dir1Path_ = dirModel_->filePath(index); });
+    // Folders are read in the background: the chosen one shows once its parents are in.
+    connect(dirModel_, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex& parent) {
+        if (dir1Path_.startsWith(dirModel_->filePath(parent)))
+            QTimer::singleShot(0, Dir1, [this] { showDir1Path(); });
+    });
+    // Entries are sorted after they are read, which moves the chosen one again.
+    connect(dirModel_, &QAbstractItemModel::layoutChanged, this,
+            [this] { QTimer::singleShot(0, Dir1, [this] { showDir1Path(); }); });
 
     Frame5 = new QGroupBox(QStringLiteral("All Tracks"), this);
     (new QVBoxLayout(Frame5))->addWidget(Shape1 = new ProgressShape(kBarWidth, Frame5));
@@ -216,11 +225,24 @@ void frmCDtoMP3::connectComponents() {
 
 void frmCDtoMP3::setDir1Path(const QString& path) {
     dir1Path_ = path;
+    showDir1Path();
+}
+
+void frmCDtoMP3::showDir1Path() {
+    const QString path = dir1Path_;
     const QModelIndex index = dirModel_->index(path);
-    if (index.isValid()) {
-        Dir1->setCurrentIndex(index);
-        Dir1->scrollTo(index);
-    }
+    if (!index.isValid()) return;
+    for (QModelIndex parent = index.parent(); parent.isValid(); parent = parent.parent())
+        Dir1->expand(parent);
+    Dir1->setCurrentIndex(index);
+    Dir1->scrollTo(index);
+    dir1Path_ = path;
+}
+
+// The tree scrolls to the chosen folder only once it has its size on screen.
+void frmCDtoMP3::showEvent(QShowEvent* event) {
+    Form::showEvent(event);
+    QTimer::singleShot(0, this, [this] { showDir1Path(); });
 }
 
 void frmCDtoMP3::Drive1_Change() {

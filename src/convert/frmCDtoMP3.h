@@ -126,6 +126,7 @@ class frmCDtoMP3 : public Form {
   protected:
     bool queryUnload(UnloadMode mode) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     bool unloadEvent() override;
 
   private:
@@ -135,6 +136,7 @@ class frmCDtoMP3 : public Form {
     void askForTemporarySpace();
     void endOfRun();
     void seekBy(int step);
+    void showDir1Path();
 
     QString dir1Path_;
     QFileSystemModel* dirModel_ = nullptr;
