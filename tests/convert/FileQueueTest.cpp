@@ -326,18 +326,6 @@ TEST_F(EncodeQueueTest, NothingStartsOnAnEmptyListOrACancelledFolder) {
               QStringLiteral("unset"));
 }
 
-TEST_F(EncodeQueueTest, TheSystemMenuChoicesAnswer) {
-    frmEncode& w = open();
-    msgBox().reset();
-    w.Process_SYSCOMMAND(1);
-    w.Process_SYSCOMMAND(2);
-    w.Process_SYSCOMMAND(2);
-    EXPECT_EQ(msgBox().texts(),
-              QStringList({QStringLiteral("Choice 1 selected."),
-                           QStringLiteral("Gee, choice 2 selected! Now checked."),
-                           QStringLiteral("Gee, choice 2 selected! Now unchecked.")}));
-}
-
 TEST_F(EncodeQueueTest, TheConversionsMenuOpensTheWindowsOnce) {
     frmTemp::get().mnuWAVtoMP3_Click();
     frmTemp::get().mnuWAVtoMP3_Click();
