@@ -13,6 +13,7 @@
 #include "platform/msgbox/QtMsgBox.h"
 #include "platform/registry/RegistryStore.h"
 #include "platform/shell/DesktopShell.h"
+#include "platform/trackextractor/ParanoiaTrackExtractor.h"
 #include "platform/wavechain/QtFormatChooser.h"
 #include "platform/wavechain/SndfileWaveChain.h"
 
@@ -33,6 +34,8 @@ void registerProductionComponents() {
     Components::provideFactory<FormatChooser>([] { return std::make_unique<QtFormatChooser>(); });
     Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
     Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
+    Components::provideFactory<TrackExtractor>(
+        [] { return std::make_unique<ParanoiaTrackExtractor>(); });
 }
 
 }  // namespace cantovel

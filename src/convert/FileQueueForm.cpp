@@ -1,0 +1,121 @@
+#include "convert/FileQueueForm.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QListWidget>
+#include <QProgressBar>
+
+#include "app/Settings.h"
+#include "platform/msgbox/MsgBox.h"
+#include "shell/BrowseForFolder.h"
+
+namespace cantovel {
+
+FileQueueForm::FileQueueForm(const QString& name, const ListTexts& listTexts,
+                             const QueueTexts& texts)
+    : FileListForm(name, listTexts), queue_(texts) {}
+
+void FileQueueForm::RunMenu_Click() {
+    OutputFolder.clear();
+    if (RunMenu->text() != queue_.idleCaption) {
+        stopRun();
+        return;
+    }
+    if (List1->count() == 0) {
+        MsgBoxShow(QStringLiteral("Your list is currently empty. \r\n\r\nSelect the files you "
+                                  "wish to be included in your list first in order to "
+                                  "proceed.\r\n\r\n(To accomplish this, select \"Add\"  from "
+                                  "the toolbar or Edit menu, or simply press Ctrl + A)."),
+                   Mb::Information | Mb::SetForeground, {}, this);
+        return;
+    }
+    const QString folder = BrowseForFolder(
+        this, queue_.folderPrompt,
+        ReadAppSetting(queue_.outputSetting, QCoreApplication::applicationDirPath()));
+    if (folder.isEmpty()) return;
+    SaveAppSetting(queue_.outputSetting, folder);
+    OutputFolder = folder.endsWith(u'/') ? folder : folder + u'/';
+
+    List1->setEnabled(false);
+    Running = true;
+    QueueIndex = 0;
+    FileQueue = entries();
+    // The texts of the run come first, so a file that ends the run at once leaves the
+    // stopped ones.
+    showRunningLabel();
+    RunMenu->setText(queue_.runningCaption);
+    startFile();
+}
+
+void FileQueueForm::showRunningLabel() {
+    Label1->setText(queue_.runningLabel + FileQueue.value(QueueIndex) + QStringLiteral(" (") +
+                    QString::number(QueueIndex + 1) + QStringLiteral(" of ") +
+                    QString::number(FileQueue.size()) + u')');
+}
+
+void FileQueueForm::stopRun() {
+    Running = false;
+    Label1->setText(Finished ? queue_.successText : queue_.stopText);
+    if (component_) stop_();
+    List1->setEnabled(true);
+    Gauge->setValue(0);
+    RunMenu->setText(queue_.idleCaption);
+}
+
+void FileQueueForm::startFile() {
+    CurrentFile = FileQueue.value(QueueIndex);
+    const QFileInfo source(CurrentFile);
+    const QString extension = u'.' + source.suffix().toLower();
+    if (source.suffix().isEmpty() || !queue_.sourceExtensions.contains(extension)) {
+        stopRun();
+        return;
+    }
+    // An old output is overwritten without a question.
+    const QString output = OutputFolder + source.completeBaseName() + queue_.outputExtension;
+    if (QFileInfo::exists(output)) {
+        QFile::setPermissions(output, QFile::ReadOwner | QFile::WriteOwner);
+        QFile::remove(output);
+    }
+    bool failed = !component_;
+    if (component_) {
+        prepareComponent();
+        const qint16 result = setFiles_(CurrentFile, output);
+        failed = error_() != 0;
+        if (!failed) {
+            if (result != 0) stopRun();
+            start_();
+            failed = error_() != 0;
+        }
+    }
+    if (failed) {
+        MsgBoxShow(queue_.errorText +
+                       QStringLiteral("Invalid, missing, or inappropriate source audio file."),
+                   Mb::Exclamation | Mb::SetForeground, {}, this);
+        nextFile();
+    }
+}
+
+void FileQueueForm::nextFile() {
+    if (!Running) return;
+    ++QueueIndex;
+    if (QueueIndex >= FileQueue.size()) {
+        // Never cleared again: a later stopped run reports success too.
+        Finished = true;
+        List1->setEnabled(true);
+        List1->clear();
+        if (Running) stopRun();
+        return;
+    }
+    showRunningLabel();
+    startFile();
+}
+
+void FileQueueForm::componentProgress(qint32 value) {
+    const qint32 total = component_ ? frameTotal_() : 0;
+    if (total > 0) Gauge->setValue(int(qint64(value) * 100 / total));
+}
+
+}  // namespace cantovel

@@ -1,0 +1,54 @@
+#pragma once
+#include <QList>
+#include <QTemporaryDir>
+#include <memory>
+
+#include "platform/trackextractor/TrackExtractor.h"
+#include "platform/wavechain/BackgroundJob.h"
+
+namespace cantovel {
+
+class MediaPlayer;
+
+// The extractor on libcdio and cd-paranoia. Its drives are the program's CD drives (disc
+// images included) when that service is there, else the machine's CD devices. A preview
+// is extracted to a temporary WAV and played through a media player component.
+class ParanoiaTrackExtractor : public TrackExtractor {
+    Q_OBJECT
+  public:
+    explicit ParanoiaTrackExtractor(QObject* parent = nullptr);
+    ~ParanoiaTrackExtractor() override;
+
+    qint16 Initialize() override;
+    int DriveCount() override;
+    QString DriveName(int index) override;
+    void SelectDrive(int index) override;
+    int TrackCount() override { return int(tracks_.size()); }
+    qint32 TrackLength(int track) override;
+    qint16 ExtractTrack(QString& fileName, int track) override;
+    void Abort() override;
+    qint16 Preview(qint16 track, qint16 startSecond, qint16 seconds) override;
+    void EndPreview() override;
+
+    // A track as the table of contents gives it: sectors of 1/75 s.
+    struct Track {
+        qint32 firstSector = 0;
+        qint32 lastSector = 0;
+        bool audio = true;
+    };
+
+  private:
+    struct Drive {
+        QString name, device;
+    };
+    QList<Drive> drives();
+
+    BackgroundJob job_{this};
+    BackgroundJob previewJob_{this};
+    QString device_;
+    QList<Track> tracks_;
+    std::unique_ptr<MediaPlayer> player_;
+    std::unique_ptr<QTemporaryDir> previewDir_;
+};
+
+}  // namespace cantovel

@@ -1,0 +1,169 @@
+// The WAV batch converter on a scripted chain: the run over the list, the format dialog,
+// the stop, the full disk and the caption left behind.
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QLabel>
+#include <QListWidget>
+#include <QProgressBar>
+
+#include "app/Settings.h"
+#include "convert/FileConversionFixture.h"
+#include "convert/frmBatchConvert.h"
+#include "platform/clock/Timer.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+const QString kDone = QStringLiteral("Batch WAV conversion process has successfully completed.");
+const QString kStopped = QStringLiteral("WAV batch conversion process has been stopped.");
+const QString kEmpty = QStringLiteral(
+    "No files are currently listed in your conversion list.  Please add the file(s) you wish "
+    "to convert before proceeding.");
+const WaveFormat kMuLaw{WaveFormat::MuLaw, 8000, 1};
+
+class BatchConvertTest : public FileConversionFixture {
+  protected:
+    frmBatchConvert& open() {
+        frmBatchConvert& w = Forms::touch<frmBatchConvert>();
+        for (const char* name : {"a.wav", "b.wav", "c.wav"})
+            w.addEntry(file(QStringLiteral("in/") + QLatin1String(name)));
+        return w;
+    }
+    FakeWaveChain& chain() { return *FakeWaveChain::latest(); }
+    FakeFormatChooser& acm() { return *FakeFormatChooser::latest(); }
+    void start(frmBatchConvert& w, std::optional<WaveFormat> format = kMuLaw) {
+        dialogs->scriptFolder(out());
+        acm().script({format});
+        w.ConvertMenu->trigger();
+        settle();
+    }
+};
+
+TEST_F(BatchConvertTest, ConvertsEveryFileIntoTheFolderAndLeavesTheCaption) {
+    frmBatchConvert& w = open();
+    EXPECT_EQ(w.windowTitle(), QStringLiteral("WAV Batch Converter"));
+    start(w);
+    EXPECT_EQ(dialogs->calls.last().prompt, QStringLiteral("Select Folder for WAV Output:"));
+    ASSERT_EQ(acm().showings.size(), 1);
+    EXPECT_EQ(acm().showings[0].title, QStringLiteral("Select..."));
+    EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Stop Conversion"));
+    EXPECT_EQ(w.List1->currentRow(), 0);
+
+    // The gauge follows the source while the timer runs.
+    chain().length = 400;
+    chain().position = 100;
+    clock().advance(100);
+    EXPECT_EQ(w.Gauge->value(), 25);
+
+    chain().dataEnd();
+    settle();
+    EXPECT_EQ(w.List1->currentRow(), 1);
+    chain().dataEnd();
+    settle();
+    chain().dataEnd();
+    settle();
+    ASSERT_EQ(chain().conversions.size(), 3);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(chain().conversions[i].format, kMuLaw);
+        EXPECT_EQ(chain().conversions[i].destination,
+                  out() + u'/' + QFileInfo(chain().conversions[i].source).fileName());
+    }
+    EXPECT_EQ(chain().prepared.size(), 3);
+    EXPECT_EQ(w.Label1->text(), kDone);
+    EXPECT_EQ(msgBox().texts(), QStringList{kDone});
+    EXPECT_EQ(w.List1->count(), 0);
+    EXPECT_EQ(w.Gauge->value(), 0);
+    EXPECT_FALSE(w.tmrGauge->isEnabled());
+    // The caption stays: an empty list answers first, then a new list's first click stops.
+    EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Stop Conversion"));
+    w.ConvertMenu->trigger();
+    EXPECT_EQ(msgBox().texts().last(), kEmpty);
+    w.addEntry(file(QStringLiteral("d.wav")));
+    w.ConvertMenu->trigger();
+    EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Start Conversion"));
+    EXPECT_EQ(w.Label1->text(), kStopped);
+    EXPECT_EQ(chain().conversions.size(), 3);
+}
+
+TEST_F(BatchConvertTest, DecliningTheFormatStoresTheFolderAndStartsNothing) {
+    frmBatchConvert& w = open();
+    start(w, std::nullopt);
+    EXPECT_EQ(ReadAppSetting(QStringLiteral("WAV Convert Output Path"), {}), out());
+    EXPECT_EQ(chain().starts, 0);
+    EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Start Conversion"));
+    EXPECT_EQ(w.List1->count(), 3);
+
+    dialogs->scriptCancel();
+    w.ConvertMenu->trigger();
+    EXPECT_EQ(acm().showings.size(), 1);
+}
+
+TEST_F(BatchConvertTest, AStopDuringTheLastFileKeepsTheList) {
+    frmBatchConvert& w = open();
+    start(w);
+    chain().dataEnd();
+    settle();
+    chain().dataEnd();
+    settle();
+    w.Toolbar1_ButtonClick(QStringLiteral("Convert"));
+    settle();
+    EXPECT_EQ(w.Label1->text(), kStopped);
+    EXPECT_EQ(w.List1->count(), 3);
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(chain().conversions.size(), 3);
+    EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Start Conversion"));
+}
+
+TEST_F(BatchConvertTest, AFullDiskEndsTheRunAfterTheFileInWork) {
+    frmBatchConvert& w = open();
+    start(w);
+    chain().dataEnd();
+    settle();
+    chain().failWrite();
+    settle();
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(msgBox().shown[0].text, QStringLiteral("Can't write to file, disk full ?"));
+    EXPECT_EQ(msgBox().shown[0].title, QStringLiteral("Error"));
+    EXPECT_EQ(msgBox().shown[0].buttons(), Mb::OKCancel);
+    EXPECT_EQ(chain().closes, 1);
+    EXPECT_EQ(chain().conversions.size(), 2);
+    EXPECT_EQ(w.List1->count(), 3);
+    EXPECT_NE(w.Label1->text(), kDone);
+    EXPECT_TRUE(QFileInfo::exists(out() + QStringLiteral("/a.wav")));
+}
+
+TEST_F(BatchConvertTest, AFailedStartTellsTheFileAndTheReason) {
+    frmBatchConvert& w = open();
+    chain().scriptStartError(QStringLiteral("a.wav"), QStringLiteral("no sound in it"));
+    start(w);
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(
+        msgBox().shown[0].text,
+        QStringLiteral("An error occurred while attempting to convert the current file (") +
+            tempDir() +
+            QStringLiteral("/in/a.wav).  \r\n\r\nExtended Error Information:  no sound in it"));
+    EXPECT_EQ(msgBox().shown[0].icon(), Mb::Information);
+}
+
+TEST_F(BatchConvertTest, TheWindowStaysOpenWhileAFileConverts) {
+    frmBatchConvert& w = open();
+    start(w);
+    EXPECT_FALSE(w.unload());
+    EXPECT_TRUE(Forms::find<frmBatchConvert>());
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    // The list isn't locked here: a file added during the run joins it.
+    w.AddMenu_Click();
+    EXPECT_EQ(dialogs->calls.last().kind, DialogCall::Open);
+    w.addEntry(file(QStringLiteral("late.wav")));
+    for (int i = 0; i < 4; ++i) {
+        chain().dataEnd();
+        settle();
+    }
+    EXPECT_EQ(chain().conversions.size(), 4);
+    EXPECT_TRUE(w.unload());
+}
+
+}  // namespace
