@@ -13,6 +13,10 @@
 #include "platform/shell/DesktopShell.h"
 #include "platform/wavechain/QtFormatChooser.h"
 #include "platform/wavechain/SndfileWaveChain.h"
+#include "player/frmTemp.h"
+#include "playlist/frmPlaylist.h"
+#include "shell/CMRU.h"
+#include "video/frmVideoPlaylistView.h"
 
 namespace cantovel {
 
@@ -29,6 +33,21 @@ void registerProductionComponents() {
     Components::provideFactory<WaveChain>([] { return std::make_unique<SndfileWaveChain>(); });
     Components::provideFactory<FormatChooser>([] { return std::make_unique<QtFormatChooser>(); });
     Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+    // Playlist: the editor, the queue's picture window, and the main window's recent files.
+    Components::provideFactory<PlaylistView>([] { return std::make_unique<frmPlaylist>(); });
+    Components::provideFactory<QueueView>([] { return std::make_unique<frmVideoPlaylistView>(); });
+    Components::provideFactory<MruList>([] {
+        auto mru = std::make_unique<CMRU>();
+        mru->RootKey = RegRoot::LocalMachine;
+        mru->RegistryPath = QStringLiteral("SOFTWARE\\Brightfen Cantovel\\MRU");
+        mru->SubKey = QStringLiteral("MRU Entries");
+        mru->Prefix = QStringLiteral("MRU");
+        mru->TagPrefix = QStringLiteral("MRUTag");
+        frmTemp& temp = frmTemp::get();
+        for (int i = 0; i < int(temp.mnuFileMRU.size()); ++i) mru->setMenuItem(i, temp.mnuFileMRU[i]);
+        mru->GetMRUList();
+        return mru;
+    });
 }
 
 }  // namespace cantovel

@@ -24,7 +24,7 @@ void MovePlaylistToMain() {
     frmPlaylist* list;
     int setting;
     if (!docked(main, list, setting)) return;
-    const QRect m = main->geometry();
+    const QRect m = main->frameGeometry();
     switch (setting) {
         case 0:
             list->move(m.left(), m.top() + m.height());
@@ -34,7 +34,7 @@ void MovePlaylistToMain() {
             list->move(m.left(), m.top() - m.height());
             break;
         case 2:
-            list->move(m.left() - list->width(), m.top());
+            list->move(m.left() - list->frameGeometry().width(), m.top());
             break;
         case 3:
             list->move(m.left() + m.width(), m.top());
@@ -49,19 +49,19 @@ void MoveMainToPlaylist() {
     frmPlaylist* list;
     int setting;
     if (!docked(main, list, setting)) return;
-    const QRect p = list->geometry();
+    const QRect p = list->frameGeometry();
     switch (setting) {
         case 0:
-            main->move(p.left(), p.top() - main->height());
+            main->move(p.left(), p.top() - main->frameGeometry().height());
             break;
         case 1:
-            main->move(p.left(), p.top() + main->height());
+            main->move(p.left(), p.top() + main->frameGeometry().height());
             break;
         case 2:
-            main->move(p.left() + main->width(), p.top());
+            main->move(p.left() + main->frameGeometry().width(), p.top());
             break;
         case 3:
-            main->move(p.left() - list->width(), p.top());
+            main->move(p.left() - list->frameGeometry().width(), p.top());
             break;
         default:
             break;

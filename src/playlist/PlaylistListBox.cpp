@@ -74,8 +74,8 @@ bool PlaylistListBox::Selected(int index) const {
 
 void PlaylistListBox::setSelected(int index, bool selected) {
     if (index < 0 || index >= ListCount()) return;
-    selectionModel()->select(model_.index(index),
-                             selected ? QItemSelectionModel::Select : QItemSelectionModel::Deselect);
+    selectionModel()->select(model_.index(index), selected ? QItemSelectionModel::Select
+                                                           : QItemSelectionModel::Deselect);
 }
 
 QVector<int> PlaylistListBox::selectedRowList() const {

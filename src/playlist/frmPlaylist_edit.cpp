@@ -29,8 +29,8 @@ const QString kAddFilter = QStringLiteral(
     "enc");
 
 // What the hidden file list of a dropped folder lets in.
-const QStringList kFolderPattern = {"*.cda", "*.mp3", "*.mp2", "*.wav", "*.asx", "*.wax",
-                                    "*.m3u", "*.wvx", "*.asf", "*.aif", "*.au",  "*.aiff",
+const QStringList kFolderPattern = {"*.cda", "*.mp3",  "*.mp2", "*.wav", "*.asx", "*.wax",
+                                    "*.m3u", "*.wvx",  "*.asf", "*.aif", "*.au",  "*.aiff",
                                     "*.mid", "*.midi", "*.rmi", "*.snd", "*.ply"};
 
 // Dropped sound files, taken as one row each; a folder's ".cda" files are not among them.
@@ -40,8 +40,8 @@ bool droppedSound(const QString& ext) {
 }
 
 bool droppedFilm(const QString& ext) {
-    return isOneOf(ext, {".avi", ".mov", ".mpg", ".mpeg", ".dat", ".m1v", ".enc", ".qt", ".mpv",
-                         ".mpa"});
+    return isOneOf(
+        ext, {".avi", ".mov", ".mpg", ".mpeg", ".dat", ".m1v", ".enc", ".qt", ".mpv", ".mpa"});
 }
 
 void setSaved(bool saved) {
@@ -87,7 +87,8 @@ void frmPlaylist::mnuAdd() {
     request.filter = kAddFilter;
     request.filterIndex = 1;
     request.multiSelect = true;
-    request.initDir = ReadAppSetting(QStringLiteral("Playlist Add Dialog Path"), QDir::currentPath());
+    request.initDir =
+        ReadAppSetting(QStringLiteral("Playlist Add Dialog Path"), QDir::currentPath());
     const FileDialogResult chosen = FileDialogs::get().open(this, request);
     if (chosen.cancelled || chosen.files.isEmpty() || chosen.file().isEmpty()) return;
 
@@ -221,8 +222,8 @@ void frmPlaylist::Process_DROPFILES() {
             const QDir dir(path);
             QString folder = path;
             if (!folder.endsWith(u'/')) folder += u'/';
-            const QStringList names =
-                dir.entryList(kFolderPattern, QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
+            const QStringList names = dir.entryList(
+                kFolderPattern, QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
             QStringList rows;
             for (const QString& name : names) {
                 const QString file = folder + name;

@@ -20,7 +20,8 @@ namespace {
 void rememberPlaylist(const QString& path) {
     const QFileInfo info(path);
     if (!info.isFile()) return;
-    frmTemp2::get().MRU.SetMRUList(path, QStringLiteral("File length: ") + QString::number(info.size()));
+    frmTemp2::get().MRU.SetMRUList(path,
+                                   QStringLiteral("File length: ") + QString::number(info.size()));
 }
 
 void setSaved(bool saved) {
@@ -102,14 +103,16 @@ void frmPlaylist::mnuLoad() {
     FileDialogRequest request;
     request.title = QStringLiteral("Load Playlist File...");
     request.filter = QStringLiteral("Supported Playlists|*.ply;*.m3u|All Files|*.*");
-    request.initDir = ReadAppSetting(QStringLiteral("Playlist Load Dialog Path"), QDir::currentPath());
+    request.initDir =
+        ReadAppSetting(QStringLiteral("Playlist Load Dialog Path"), QDir::currentPath());
     const FileDialogResult chosen = FileDialogs::get().open(this, request);
     const QString path = chosen.cancelled ? QString() : chosen.file();
     if (path.isEmpty()) return;
 
     rememberPlaylist(path);
     ClearLists();
-    SaveAppSetting(QStringLiteral("Playlist Load Dialog Path"), ParsePathParts(path, QStringLiteral("l")));
+    SaveAppSetting(QStringLiteral("Playlist Load Dialog Path"),
+                   ParsePathParts(path, QStringLiteral("l")));
     AppendPlaylist(path);
     rowCount_ = lstPlayList->ListCount();
     setSaved(false);

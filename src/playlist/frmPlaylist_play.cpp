@@ -64,7 +64,8 @@ void playDiscRow(frmMain& main, const QString& path) {
     if (!reader) return;
     reader->Open();
     if (!Clock::get().wait(15000, [&reader] { return reader && reader->DiscPresent(); })) {
-        if (reader) MsgBoxShow(QStringLiteral("CD not ready (15 second timeout)."), Mb::Exclamation);
+        if (reader)
+            MsgBoxShow(QStringLiteral("CD not ready (15 second timeout)."), Mb::Exclamation);
         return;
     }
     if (!reader->DirectoryRead()) {
@@ -92,8 +93,8 @@ void frmPlaylist::lstPlayList_DblClick() {
     const QString path = main->CurrentFile;
     const QString ext = extensionOf(path);
     if (!isAudioCD(ext))
-        main->Title(ParsePathParts(path, PlayerSettings::showExtension() ? QStringLiteral("f")
-                                                                          : QStringLiteral("b")));
+        main->Title(ParsePathParts(
+            path, PlayerSettings::showExtension() ? QStringLiteral("f") : QStringLiteral("b")));
 
     if (ext == QLatin1String(".asf")) {
         const int answer = MsgBoxShow(kAsfQuestion, Mb::YesNo | Mb::Question);

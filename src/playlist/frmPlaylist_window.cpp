@@ -20,6 +20,7 @@
 #include "playlist/PlaylistSettings.h"
 #include "playlist/frmPlaylist.h"
 #include "playlist/frmTemp2.h"
+#include "shell/TwipsPerPixel.h"
 
 namespace cantovel {
 
@@ -41,13 +42,6 @@ int keyCode(int qtKey) {
 int vbShift(Qt::KeyboardModifiers m) {
     return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) |
            (m & Qt::AltModifier ? 4 : 0);
-}
-
-// Window positions are kept in twips, 1440 to the logical inch.
-double twipsPerPixel(const QWidget* w) {
-    const QScreen* screen = w->screen() ? w->screen() : QGuiApplication::primaryScreen();
-    const double dpi = screen ? screen->logicalDotsPerInchX() : 96.0;
-    return 1440.0 / (dpi > 0 ? dpi : 96.0);
 }
 
 const char* const ButtonTips[6] = {"Add File(s)",   "Remove File(s)", "Load Playlist",
@@ -88,11 +82,11 @@ void frmPlaylist::Form_Load() {
     layOut();
 
     // 3. The stored place, the present one by default.
-    const double tpp = twipsPerPixel(this);
-    const double top = Val(ReadAppSetting(QStringLiteral("Playlist Window Top"),
-                                          QString::number(qRound(y() * tpp))));
-    const double left = Val(ReadAppSetting(QStringLiteral("Playlist Window Left"),
-                                           QString::number(qRound(x() * tpp))));
+    const double tpp = TwipsPerPixel(this);
+    const double top = Val(
+        ReadAppSetting(QStringLiteral("Playlist Window Top"), QString::number(qRound(y() * tpp))));
+    const double left = Val(
+        ReadAppSetting(QStringLiteral("Playlist Window Left"), QString::number(qRound(x() * tpp))));
     move(int(left / tpp), int(top / tpp));
 
     // 4. At opening the main window comes to the editor.
@@ -117,7 +111,8 @@ void frmPlaylist::Form_Load() {
 
     // 9. Moves (a docked main window follows), place changes (kept in the work area), drops.
     Subclass1.setHWnd(this);
-    for (quint32 msg : {Wm::DROPFILES, Wm::MOVE, Wm::WINDOWPOSCHANGING}) Subclass1.setMessages(msg, true);
+    for (quint32 msg : {Wm::DROPFILES, Wm::MOVE, Wm::WINDOWPOSCHANGING})
+        Subclass1.setMessages(msg, true);
     setAcceptDrops(true);
 
     // 10.
@@ -460,7 +455,7 @@ void frmPlaylist::Subclass1_WndProc(quint32 Msg, qintptr wParam, qintptr lParam,
 // ---- Closing ----
 
 bool frmPlaylist::queryUnload(UnloadMode) {
-    const double tpp = twipsPerPixel(this);
+    const double tpp = TwipsPerPixel(this);
     SaveAppSetting(QStringLiteral("Playlist Window Top"), QString::number(qRound(y() * tpp)));
     SaveAppSetting(QStringLiteral("Playlist Window Left"), QString::number(qRound(x() * tpp)));
     setAcceptDrops(false);

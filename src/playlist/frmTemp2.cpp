@@ -67,14 +67,19 @@ frmTemp2::frmTemp2() : Form(QStringLiteral("frmTemp2")) {
     mnuLoopPlaylist = item(mnuOptions, "mnuLoopPlaylist", QStringLiteral("&Loop Playlist"), true);
     mnuDockMain = mnuOptions->addMenu(QStringLiteral("&Dock Playlist Window"));
     mnuDockMain->setObjectName(QStringLiteral("mnuDockMain"));
-    static const char* const dockCaptions[6] = {
-        "&Below Main Window", "&Above Main Window", "&Left of Main Window",
-        "&Right of Main Window", "-", "&None"};
+    static const char* const dockCaptions[6] = {"&Below Main Window",
+                                                "&Above Main Window",
+                                                "&Left of Main Window",
+                                                "&Right of Main Window",
+                                                "-",
+                                                "&None"};
     for (int i = 0; i < 6; ++i) {
-        mnuDockSub[i] = item(mnuDockMain, "mnuDockSub", QString::fromLatin1(dockCaptions[i]), i != 4);
+        mnuDockSub[i] =
+            item(mnuDockMain, "mnuDockSub", QString::fromLatin1(dockCaptions[i]), i != 4);
         if (i == 4) mnuDockSub[i]->setSeparator(true);
     }
-    mnuConfirmSave = item(mnuOptions, "mnuConfirmSave", QStringLiteral("&Confirm Save on Close"), true);
+    mnuConfirmSave =
+        item(mnuOptions, "mnuConfirmSave", QStringLiteral("&Confirm Save on Close"), true);
     mnuOntop = item(mnuOptions, "mnuOntop", QStringLiteral("Always &Ontop"), true);
 
     mnuPopup = menu("mnuPopup", QString());

@@ -34,12 +34,13 @@ QString CMRU::readValue(const QString& name) const {
     QByteArray data = v->data;
     const qsizetype nul = data.indexOf('\0');
     if (nul >= 0) data.truncate(nul);
-    return QString::fromLocal8Bit(data);
+    return QString::fromUtf8(data);
 }
 
 bool CMRU::writeValue(const QString& name, const QString& value) const {
     Registry& reg = Registry::get();
-    return reg.createKey(RootKey, key()) && reg.setValue(RootKey, key(), name, RegValue::text(value));
+    return reg.createKey(RootKey, key()) &&
+           reg.setValue(RootKey, key(), name, RegValue::text(value));
 }
 
 void CMRU::GetMRUList() {

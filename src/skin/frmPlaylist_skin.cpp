@@ -5,6 +5,7 @@
 #include <QPointer>
 
 #include "app/AppState.h"
+#include "app/Forms.h"
 #include "app/Runtime.h"
 #include "app/Utilities.h"
 #include "platform/msgbox/MsgBox.h"
@@ -70,14 +71,15 @@ void frmPlaylist::LoadPlaylistSkin(QString& SkinPath) {
                     CBool(ini.ReadINI(section, QLatin1String(key), CStr(defaultValue)));
                 if (v) return v;
                 MsgBoxShow(QStringLiteral("Error..."), Mb::Critical, QString(), self);
-                if (!self || self->isUnloading() || AppClosing) return std::nullopt;
+                if (!self || !Forms::all().contains(self.data()) || AppClosing) return std::nullopt;
             }
         };
         const std::optional<bool> skinned = readFlag("Skin", true);
         if (!skinned) return;
         if (*skinned) {
             // 4.1
-            const QString name = ini.ReadINI(section, QStringLiteral("Name"), QStringLiteral("Tahoma"));
+            const QString name =
+                ini.ReadINI(section, QStringLiteral("Name"), QStringLiteral("Tahoma"));
             const int size = int(CInt(Val(ini.ReadINI(section, QStringLiteral("Size"), 7))));
             const std::optional<bool> italic = readFlag("Italic", false);
             if (!italic) return;
