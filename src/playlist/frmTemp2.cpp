@@ -71,7 +71,7 @@ frmTemp2::frmTemp2() : Form(QStringLiteral("frmTemp2")) {
                                                 "&Above Main Window",
                                                 "&Left of Main Window",
                                                 "&Right of Main Window",
-                                                "-",
+                                                "",
                                                 "&None"};
     for (int i = 0; i < 6; ++i) {
         mnuDockSub[i] =
