@@ -189,4 +189,16 @@ TEST_F(EditTest, KeysReachTheCommands) {
     EXPECT_FALSE(editor->Form_KeyDown('Q', 2));
 }
 
+TEST_F(EditTest, AHundredThousandRowsChangeInBlocks) {
+    QStringList paths;
+    for (int i = 0; i < 100000; ++i) paths << QStringLiteral("/m/%1.mp3").arg(i);
+    rows(paths);
+    list().selectAll();
+    list().setSelected(500, false);
+    EXPECT_EQ(list().SelCount(), 99999);
+    editor->mnuRemove();
+    EXPECT_EQ(main->List1, (QStringList{"/m/500.mp3"}));
+    EXPECT_EQ(names(), (QStringList{"500.mp3"}));
+}
+
 }  // namespace
