@@ -166,7 +166,10 @@ void frmVideoPlaylistView::resizeEvent(QResizeEvent*) {
 void frmVideoPlaylistView::Timer1_Timer() {
     frmMain* main = frmMain::instance();
     if (!main || !main->PlaylistRunning || !am_) return;
-    main->Timer3.setEnabled(am_->PlayState() == MediaPlayer::mpPlaying);
+    // Only a change is passed on: enabling a running timer would start its count afresh,
+    // and at this pace it would never fire.
+    const bool playing = am_->PlayState() == MediaPlayer::mpPlaying;
+    if (main->Timer3.isEnabled() != playing) main->Timer3.setEnabled(playing);
 }
 
 void frmVideoPlaylistView::AM_MouseDown(int Button) {
