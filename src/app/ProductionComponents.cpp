@@ -16,6 +16,10 @@
 #include "platform/trackextractor/ParanoiaTrackExtractor.h"
 #include "platform/wavechain/QtFormatChooser.h"
 #include "platform/wavechain/SndfileWaveChain.h"
+#include "player/frmTemp.h"
+#include "playlist/frmPlaylist.h"
+#include "shell/CMRU.h"
+#include "video/frmVideoPlaylistView.h"
 
 namespace cantovel {
 
@@ -36,6 +40,21 @@ void registerProductionComponents() {
     Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
     Components::provideFactory<TrackExtractor>(
         [] { return std::make_unique<ParanoiaTrackExtractor>(); });
+    // Playlist: the editor, the queue's picture window, and the main window's recent files.
+    Components::provideFactory<PlaylistView>([] { return std::make_unique<frmPlaylist>(); });
+    Components::provideFactory<QueueView>([] { return std::make_unique<frmVideoPlaylistView>(); });
+    Components::provideFactory<MruList>([] {
+        auto mru = std::make_unique<CMRU>();
+        mru->RootKey = RegRoot::LocalMachine;
+        mru->RegistryPath = QStringLiteral("SOFTWARE\\Brightfen Cantovel\\MRU");
+        mru->SubKey = QStringLiteral("MRU Entries");
+        mru->Prefix = QStringLiteral("MRU");
+        mru->TagPrefix = QStringLiteral("MRUTag");
+        frmTemp& temp = frmTemp::get();
+        for (int i = 0; i < int(temp.mnuFileMRU.size()); ++i) mru->setMenuItem(i, temp.mnuFileMRU[i]);
+        mru->GetMRUList();
+        return mru;
+    });
 }
 
 }  // namespace cantovel

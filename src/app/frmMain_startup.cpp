@@ -11,6 +11,8 @@
 #include "platform/mediaplayer/MediaPlayer.h"
 #include "platform/mixer/Mixer.h"
 #include "player/frmMain.h"
+#include "player/PlayerWindows.h"
+#include "player/PlaylistView.h"
 #include "player/frmTemp.h"
 #include "shell/AssociateFileType.h"
 #include "shell/WindowHelpers.h"
@@ -87,10 +89,17 @@ void frmMain::Form_Load(const QString& commandLine) {
     show();
     Clock::get().doEvents();
 
+    // 12. The playlist editor, if it was open at the last exit; its load shows it.
+    if (CBool(ReadAppSetting(QStringLiteral("Playlist Visible"), QStringLiteral("False"))).value_or(false))
+        touchWindow<PlaylistView>();
+
     // 13. frmTemp's load set MP's volume while PlayerVolume was still 0.
     if (temp.MP) temp.MP->setVolume(int(Int(PlayerVolume / 100.0 * 10000)) - 10000);
     Mixer::get().SetMasterVolume(MasterVolume);
     if (temp.MP) temp.MP->setBalance(0);
+
+    // 14. The recently used media files on frmTemp's File menu.
+    temp.MRU = Components::create<MruList>();
 
     // 15.
     if (Val(ReadAppSetting(QStringLiteral("Always Ontop"), QStringLiteral("0"))) == 1) FormOnTop(this, true);

@@ -13,6 +13,7 @@
 #include "platform/msgbox/MsgBox.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
+#include "playlist/PlaylistDocking.h"
 
 namespace cantovel {
 
@@ -271,6 +272,7 @@ void frmMain::Subclass1_WndProc(quint32 Msg, qintptr wParam, qintptr lParam, lon
         case Wm::MOVE:
         case Wm::SIZE:
             // A docked playlist window follows.
+            MovePlaylistToMain();
             break;
         case Wm::WINDOWPOSCHANGING: {
             auto* pos = reinterpret_cast<WindowPos*>(lParam);

@@ -6,7 +6,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
-#include <QTextStream>
 
 #include "app/Forms.h"
 #include "app/Runtime.h"
@@ -27,6 +26,7 @@
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
 #include "player/frmTempCD.h"
+#include "playlist/PlaylistFile.h"
 
 namespace cantovel {
 
@@ -333,30 +333,8 @@ void frmMain::openAsf(const QString& path, OpenEntry entry) {
 }
 
 void frmMain::openPlaylist(const QString& path) {
-    const QString folder = ParsePathParts(path, QStringLiteral("l"));
-    const QString ownName = LastPathParts().file;
-
-    QFile file(path);
-    if (file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        QTextStream in(&file);
-        while (!in.atEnd()) {
-            const QString line = in.readLine();
-            if (line.isEmpty() || line.startsWith(u'#')) continue;
-            if (FileExists(line)) {
-                addToLists(line);
-                continue;
-            }
-            // A line that names no file becomes an entry for the playlist itself: the
-            // loader builds the name from the last file it parsed, which is the
-            // playlist's own. Only a line of ":" alone escapes that.
-            if (line.left(2) != QLatin1String(":")) {
-                QString candidate = folder;
-                if (!candidate.endsWith(u'/')) candidate += u'/';
-                candidate += ownName;
-                if (FileExists(candidate)) addToLists(candidate);
-            }
-        }
-    }
+    // Lines that name no file come back as the playlist itself, which a run passes over.
+    for (const QString& row : PlaylistFile::ReadPlaylist(path)) addToLists(row);
 
     PlaylistSaved = VFalse;
     if (PlaylistView* view = loadedWindow<PlaylistView>(); view && view->lstPlayListCount() > 0)

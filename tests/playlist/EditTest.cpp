@@ -1,0 +1,204 @@
+// Editing the playlist: every change reaches the window's list and the main window's
+// List1 alike, and marks the list unsaved.
+#include <gtest/gtest.h>
+
+#include <QDir>
+
+#include "PlaylistTest.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class EditTest : public PlaylistTest {};
+
+TEST_F(EditTest, MovingWrapsAtBothEndsInBothLists) {
+    const QStringList s = songs(3);
+    rows(s);
+    main->PlaylistSaved = VTrue;
+
+    select({2});
+    editor->mnuMoveDown();
+    EXPECT_EQ(main->List1, (QStringList{s[2], s[0], s[1]}));
+    EXPECT_EQ(names(), namesOf(main->List1));
+    EXPECT_EQ(list().ListIndex(), 0);
+    EXPECT_EQ(main->PlaylistSaved, VFalse);
+
+    editor->mnuMoveUp();
+    EXPECT_EQ(main->List1, (QStringList{s[0], s[1], s[2]}));
+    EXPECT_EQ(list().ListIndex(), 2);
+    EXPECT_EQ(list().selectedRowList(), (QVector<int>{2}));
+
+    select({1});
+    editor->mnuMoveUp();
+    EXPECT_EQ(main->List1, (QStringList{s[1], s[0], s[2]}));
+    EXPECT_EQ(names(), namesOf(main->List1));
+}
+
+TEST_F(EditTest, RemovingTheLastRowsSelectsTheNewLastRow) {
+    const QStringList s = songs(5);
+    rows(s);
+    select({3, 4, 1});
+    editor->mnuRemove();
+    EXPECT_EQ(main->List1, (QStringList{s[0], s[2]}));
+    EXPECT_EQ(names(), namesOf(main->List1));
+    EXPECT_EQ(list().selectedRowList(), (QVector<int>{1}));
+    EXPECT_TRUE(menus->mnuRemove->isEnabled());
+    EXPECT_TRUE(menus->mnuMoveUp->isEnabled());
+    select({0, 1});
+    EXPECT_FALSE(menus->mnuMoveUp->isEnabled()) << "moving needs exactly one selected row";
+}
+
+TEST_F(EditTest, RemoveWithNoSelectionOnlyMarksTheListUnsaved) {
+    rows(songs(3));
+    main->PlaylistSaved = VTrue;
+    list().clearSelection();
+    editor->mnuRemove();
+    EXPECT_EQ(list().ListCount(), 3);
+    EXPECT_EQ(main->List1.size(), 3);
+    EXPECT_EQ(main->PlaylistSaved, VFalse);
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+
+    editor->mnuNew();
+    EXPECT_EQ(main->PlaylistSaved, VTrue);
+    editor->mnuRemove();
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(msgBox().shown[0].text,
+              QStringLiteral("No files are currently in your playlist to remove."));
+    EXPECT_EQ(main->PlaylistSaved, VTrue);
+}
+
+TEST_F(EditTest, TheGuardRefusesEveryEditWhileTheListIsOff) {
+    rows(songs(2));
+    select({0});
+    list().setEnabled(false);
+    editor->mnuRemove();
+    editor->mnuMoveDown();
+    EXPECT_EQ(list().ListCount(), 2);
+    ASSERT_EQ(msgBox().shown.size(), 2);
+    EXPECT_EQ(msgBox().shown[0].text,
+              QStringLiteral("If you wish to adjust the playlist, you must stop the currently "
+                             "playing media beforehand."));
+    EXPECT_EQ(msgBox().shown[0].icon(), Mb::Information);
+}
+
+TEST_F(EditTest, DeleteDuplicatesThinsFarBeyondDuplicates) {
+    const QString a1 = file("a.mp3"), b = file("b.mp3"), c = file("c.mp3");
+    QDir(tempDir()).mkdir("x");
+    const QString a2 = file("x/a.mp3");
+    rows({a1, a2, b, c});
+    menus->mnuDeleteDupes_Click();
+    // Each round takes its own first row; names and paths are thinned apart.
+    EXPECT_EQ(names(), (QStringList{"a.mp3", "c.mp3"}));
+    EXPECT_EQ(main->List1, (QStringList{a2, c}));
+
+    QStringList five{"p", "q", "r", "s", "t"};
+    editor->RemoveDupes(five);
+    EXPECT_EQ(five, (QStringList{"q", "s"}));
+}
+
+TEST_F(EditTest, AddTakesOneFileSeveralOrAPlaylistAndRemembersTheFolder) {
+    const QStringList s = songs(3);
+    dialogs->scriptFiles({s[0]});
+    editor->mnuAdd();
+    ASSERT_EQ(dialogs->calls.size(), 1);
+    EXPECT_EQ(dialogs->calls[0].request.title, QStringLiteral("Select Audio Files:"));
+    EXPECT_TRUE(dialogs->calls[0].request.multiSelect);
+    EXPECT_EQ(main->List1, (QStringList{s[0]}));
+    EXPECT_EQ(main->PlaylistSaved, VFalse);
+    EXPECT_EQ(ReadAppSetting("Playlist Add Dialog Path", ""), tempDir());
+
+    const QString ply = file("two.ply", (s[1] + "\r\n" + s[2] + "\r\n").toLocal8Bit());
+    dialogs->scriptFiles({ply, s[0]});
+    editor->mnuAdd();
+    EXPECT_EQ(main->List1, (QStringList{s[0], s[1], s[2], s[0]}));
+    EXPECT_EQ(names(), namesOf(main->List1));
+    const int extent = list().horizontalExtent();
+    EXPECT_GT(extent, 20);
+
+    // A cancelled dialog changes nothing, the saved mark included; the extent never shrinks.
+    editor->mnuNew();
+    dialogs->scriptCancel();
+    editor->mnuAdd();
+    EXPECT_EQ(main->PlaylistSaved, VTrue);
+    dialogs->scriptFiles({s[0]});
+    editor->mnuAdd();
+    EXPECT_EQ(list().horizontalExtent(), extent);
+}
+
+TEST_F(EditTest, ADroppedFolderAddsItsOwnFilesOfTheListedKinds) {
+    QDir(tempDir()).mkpath("drop/sub");
+    const QString folder = tempDir() + "/drop";
+    const QString wav = file("drop/a.wav"), m3u = file("drop/b.m3u"), mp3 = file("drop/c.MP3");
+    file("drop/Track01.cda");
+    file("drop/notes.txt");
+    file("drop/film.avi");
+    file("drop/sub/deep.mp3");
+    const QString inner = media("inner.mp3");
+    file("drop/d.ply", (inner + "\r\n").toLocal8Bit());
+
+    editor->DroppedFiles = {folder};
+    editor->Process_DROPFILES();
+    EXPECT_EQ(main->List1, (QStringList{wav, m3u, mp3, inner}));
+    EXPECT_EQ(names(), namesOf(main->List1));
+    EXPECT_EQ(main->PlaylistSaved, VFalse);
+    EXPECT_EQ(editor->RowCount(), 3);
+
+    // Files dropped alone: a film is taken, an ".m3u" is one row, text is passed over.
+    editor->mnuNew();
+    editor->DroppedFiles = {tempDir() + "/drop/film.avi", m3u, tempDir() + "/drop/notes.txt",
+                            tempDir() + "/gone.mp3"};
+    editor->Process_DROPFILES();
+    EXPECT_EQ(main->List1, (QStringList{tempDir() + "/drop/film.avi", m3u}));
+}
+
+TEST_F(EditTest, MenuStatesFollowTheSelection) {
+    rows(songs(5));
+    select({0, 1, 2, 3});
+    editor->lstPlayList_MouseUp(1, 0, 0, 0);
+    EXPECT_TRUE(menus->mnuDeleteDupes->isEnabled());
+    EXPECT_FALSE(menus->popMoveUp->isEnabled());
+    EXPECT_TRUE(menus->popRemove->isEnabled());
+    EXPECT_TRUE(menus->popSave->isEnabled());
+
+    select({2});
+    editor->lstPlayList_MouseUp(1, 0, 0, 0);
+    EXPECT_FALSE(menus->mnuDeleteDupes->isEnabled());
+    EXPECT_TRUE(menus->popMoveUp->isEnabled());
+    EXPECT_TRUE(menus->mnuMoveDown->isEnabled());
+
+    editor->mnuNew();
+    editor->lstPlayList_MouseUp(1, 0, 0, 0);
+    EXPECT_FALSE(menus->popSave->isEnabled());
+    EXPECT_FALSE(menus->mnuRemove->isEnabled());
+    EXPECT_FALSE(menus->mnuDeselectAll->isEnabled());
+}
+
+TEST_F(EditTest, KeysReachTheCommands) {
+    const QStringList s = songs(3);
+    rows(s);
+    select({0});
+    EXPECT_TRUE(editor->Form_KeyDown('D', 2));  // Ctrl+D
+    EXPECT_EQ(main->List1, (QStringList{s[1], s[0], s[2]}));
+    EXPECT_TRUE(editor->Form_KeyDown(0x2E, 0));  // Delete
+    EXPECT_EQ(main->List1, (QStringList{s[1], s[2]}));
+    EXPECT_TRUE(editor->Form_KeyDown(0x71, 0));  // F2
+    EXPECT_EQ(ReadAppSetting("Audio Randomize", ""), QStringLiteral("True"));
+    EXPECT_TRUE(menus->mnuRandomPlay->isChecked());
+    EXPECT_FALSE(editor->Form_KeyDown('Q', 2));
+}
+
+TEST_F(EditTest, AHundredThousandRowsChangeInBlocks) {
+    QStringList paths;
+    for (int i = 0; i < 100000; ++i) paths << QStringLiteral("/m/%1.mp3").arg(i);
+    rows(paths);
+    list().selectAll();
+    list().setSelected(500, false);
+    EXPECT_EQ(list().SelCount(), 99999);
+    editor->mnuRemove();
+    EXPECT_EQ(main->List1, (QStringList{"/m/500.mp3"}));
+    EXPECT_EQ(names(), (QStringList{"500.mp3"}));
+}
+
+}  // namespace

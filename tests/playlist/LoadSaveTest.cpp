@@ -1,0 +1,129 @@
+// Loading and saving through the editor, the recent playlists, and the questions that
+// guard an unsaved list.
+#include <gtest/gtest.h>
+
+#include "PlaylistTest.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class LoadSaveTest : public PlaylistTest {
+  protected:
+    QString saveAs(const QString& name) {
+        const QString path = tempDir() + u'/' + name;
+        dialogs->scriptFiles({path});
+        editor->mnuSave();
+        return path;
+    }
+    void load(const QString& path) {
+        dialogs->scriptFiles({path});
+        editor->mnuLoad();
+    }
+    QString mruValue(const QString& name) {
+        return ReadRegValue(RegRoot::LocalMachine,
+                            QStringLiteral("SOFTWARE\\Cantovel\\Playlist MRU\\MRU Entries"), name,
+                            "");
+    }
+};
+
+TEST_F(LoadSaveTest, SavedThenLoadedListComesBackAndCountsAsUnsaved) {
+    const QStringList s = songs(3);
+    rows(s);
+    const QString m3u = saveAs("mine.m3u");
+    ASSERT_EQ(dialogs->calls.size(), 1);
+    EXPECT_EQ(dialogs->calls[0].kind, DialogCall::Save);
+    EXPECT_EQ(dialogs->calls[0].request.title, QStringLiteral("Save Current Playlist..."));
+    EXPECT_EQ(dialogs->calls[0].request.filter,
+              QStringLiteral("Cantovel Playlist|*.ply|Winamp Playlist|*.m3u"));
+    EXPECT_EQ(main->PlaylistSaved, VTrue);
+    EXPECT_EQ(bytes(m3u), (s.join("\r\n") + "\r\n").toLocal8Bit());
+    // The file didn't exist when its entry was due, so it has none yet.
+    EXPECT_EQ(mruValue("MRU1"), QString());
+
+    editor->mnuNew();
+    load(m3u);
+    EXPECT_EQ(main->List1, s);
+    EXPECT_EQ(names(), namesOf(s));
+    EXPECT_EQ(editor->RowCount(), 3);
+    EXPECT_EQ(main->PlaylistSaved, VFalse);
+    EXPECT_EQ(ReadAppSetting("Playlist Load Dialog Path", ""), tempDir());
+    EXPECT_EQ(mruValue("MRU1"), m3u);
+    EXPECT_EQ(mruValue("MRUTag1"), QStringLiteral("File length: %1").arg(bytes(m3u).size()));
+    EXPECT_EQ(menus->mnuFileMRU[1]->text(), QStringLiteral("&1. ") + m3u);
+    EXPECT_TRUE(menus->mnuFileMRU[1]->isVisible());
+
+    // Closing at once asks, since a loaded list counts as unsaved; Cancel keeps it open.
+    msgBox().script({Mb::Cancel});
+    EXPECT_FALSE(editor->unload());
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(msgBox().shown[0].text,
+              QStringLiteral("Do you wish to save your current playlist configuration before "
+                             "exiting?"));
+    EXPECT_EQ(msgBox().shown[0].buttons(), Mb::YesNoCancel);
+    EXPECT_NE(ReadAppSetting("Playlist Window Top", ""), QString()) << "stored in any case";
+
+    msgBox().script({Mb::No});
+    EXPECT_TRUE(editor->unload());
+    EXPECT_EQ(frmPlaylist::instance(), nullptr);
+}
+
+TEST_F(LoadSaveTest, ThreeMissingLinesLoadAsThreeRowsOfThePlaylistsOwnName) {
+    const QString ply = file("gone.ply", "/no/a.mp3\r\n/no/b.mp3\r\n/no/c.mp3\r\n");
+    load(ply);
+    EXPECT_EQ(names(), (QStringList{"gone.ply", "gone.ply", "gone.ply"}));
+    EXPECT_EQ(main->List1, (QStringList{ply, ply, ply}));
+}
+
+TEST_F(LoadSaveTest, LoadingOverAnUnsavedListOffersToSaveFirst) {
+    rows(songs(2));
+    main->PlaylistSaved = VFalse;
+    const QString other = file("other.ply", (media("z.mp3") + "\r\n").toLocal8Bit());
+    const QString kept = tempDir() + "/kept.ply";
+    msgBox().script({Mb::Yes});
+    dialogs->scriptFiles({kept});   // the save
+    dialogs->scriptFiles({other});  // then the load
+    editor->mnuLoad();
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(msgBox().shown[0].text,
+              QStringLiteral("Do you wish to save your current playlist configuration before "
+                             "continuing?"));
+    EXPECT_EQ(bytes(kept).count("\r\n"), 2);
+    EXPECT_EQ(names(), (QStringList{"z.mp3"}));
+
+    // Nothing asked when the list is saved; a cancelled dialog leaves the list alone.
+    main->PlaylistSaved = VTrue;
+    dialogs->scriptCancel();
+    editor->mnuLoad();
+    EXPECT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(names(), (QStringList{"z.mp3"}));
+}
+
+TEST_F(LoadSaveTest, ARecentPlaylistReloadsOrIsToldGone) {
+    const QStringList s = songs(2);
+    const QString ply = file("r.ply", (s.join("\r\n") + "\r\n").toLocal8Bit());
+    load(ply);
+    editor->mnuNew();
+    menus->mnuFileMRU_Click(1);
+    EXPECT_EQ(main->List1, s);
+    EXPECT_EQ(main->PlaylistSaved, VFalse);
+
+    QFile::remove(ply);
+    menus->mnuFileMRU_Click(1);
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(msgBox().shown[0].text,
+              QStringLiteral("The file you're attempting to load no longer exists."));
+    EXPECT_EQ(main->List1, s);
+}
+
+TEST_F(LoadSaveTest, NoQuestionAtCloseWhenConfirmationIsOff) {
+    rows(songs(1));
+    main->PlaylistSaved = VFalse;
+    menus->mnuConfirmSave_Click();
+    EXPECT_EQ(ReadAppSetting("Confirm Save on Playlist Close", ""), QStringLiteral("False"));
+    EXPECT_TRUE(editor->unload());
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+}
+
+}  // namespace

@@ -1,0 +1,101 @@
+// The queue's picture window on a fake player: hidden for sound, shown for films, and
+// closing it ends the run.
+#include <gtest/gtest.h>
+
+#include "PlaylistTest.h"
+#include "video/frmVideoPlaylistView.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class QueueWindowTest : public PlayerTest {
+  protected:
+    void SetUp() override {
+        PlayerTest::SetUp();
+        Components::provideFactory<QueueView>(
+            [] { return std::make_unique<frmVideoPlaylistView>(); });
+    }
+    frmVideoPlaylistView* view() {
+        return dynamic_cast<frmVideoPlaylistView*>(loadedWindow<QueueView>());
+    }
+    FakeMediaPlayer* am() { return view() ? static_cast<FakeMediaPlayer*>(view()->AM()) : nullptr; }
+};
+
+TEST_F(QueueWindowTest, SoundStaysHiddenAFilmShowsInItsTitledWindow) {
+    const QString song = media("a.mp3");
+    const QString film = media("b.avi");
+    FakeMediaPlayer::setPicture(film, QSize(160, 120));
+    main->PlayerVolume = 40;
+    main->List1 = {song, film};
+    main->mnuRunPlaylist();
+    ASSERT_NE(view(), nullptr);
+    EXPECT_FALSE(view()->isVisible());
+    EXPECT_EQ(am()->Volume(), -6000);
+    EXPECT_EQ(main->TrackLength, 10) << "the open reaches the main window";
+
+    am()->playToEnd();
+    ASSERT_NE(view(), nullptr);
+    EXPECT_TRUE(view()->isVisible());
+    EXPECT_TRUE(view()->AMWidget()->isVisible());
+    EXPECT_EQ(view()->AMWidget()->size(), QSize(160, 120));
+    EXPECT_EQ(view()->windowTitle(), QStringLiteral("Cantovel Video Play:  b.avi"));
+
+    // The display keeps going while the film plays.
+    int ticks = 0;
+    QObject::connect(&main->Timer3, &Timer::timeout, [&ticks] { ++ticks; });
+    clock().advance(1000);
+    EXPECT_TRUE(main->Timer3.isEnabled());
+    EXPECT_GE(ticks, 5);
+    am()->Pause();
+    view()->Timer1_Timer();
+    EXPECT_FALSE(main->Timer3.isEnabled());
+}
+
+TEST_F(QueueWindowTest, ClosingTheWindowEndsTheRun) {
+    main->List1 = {media("a.avi"), media("b.avi")};
+    main->mnuRunPlaylist();
+    ASSERT_NE(view(), nullptr);
+    ASSERT_EQ(am()->PlayState(), MediaPlayer::mpPlaying);
+    FakeMediaPlayer* player = am();
+    EXPECT_TRUE(view()->unload());
+    EXPECT_EQ(main->PlaylistRunning, VFalse);
+    EXPECT_EQ(player->PlayState(), MediaPlayer::mpStopped);
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
+    EXPECT_NE(ReadAppSetting("Video Playlist Viewer Top", ""), QString());
+}
+
+TEST_F(QueueWindowTest, MenusFollowThePlayStateAndRestartReloadsTheCurrentFile) {
+    main->CurrentFile = media("c.avi");
+    auto* window = new frmVideoPlaylistView();
+    auto* player = static_cast<FakeMediaPlayer*>(window->AM());
+    window->AM_MouseDown(1);
+    EXPECT_FALSE(window->popPause->isEnabled());
+    EXPECT_FALSE(window->popStop->isEnabled());
+
+    window->popRestart_Click();
+    EXPECT_EQ(player->fileName(), main->CurrentFile);
+    EXPECT_EQ(player->PlayState(), MediaPlayer::mpPlaying);
+    window->AM_MouseDown(1);
+    EXPECT_TRUE(window->popSeekF->isEnabled());
+    EXPECT_EQ(window->popPause->text(), QStringLiteral("Pause"));
+    window->popPause_Click();
+    EXPECT_EQ(player->PlayState(), MediaPlayer::mpPaused);
+    window->AM_MouseDown(1);
+    EXPECT_EQ(window->popPause->text(), QStringLiteral("Resume"));
+    EXPECT_FALSE(window->popSeekF->isEnabled());
+    window->mnuFile_Click();
+    EXPECT_EQ(window->mnuPlay->text(), QStringLiteral("&Stop"));
+    EXPECT_EQ(window->mnuPause->text(), QStringLiteral("Res&ume"));
+    EXPECT_EQ(window->mnuExit->text(), QStringLiteral("E&xit\tAlt+F4"));
+}
+
+TEST_F(QueueWindowTest, FullScreenSettingOpensMaximisedWithNoCaption) {
+    setting("Playlist Full Screen", QStringLiteral("True"));
+    auto* window = new frmVideoPlaylistView();
+    EXPECT_TRUE(window->windowState() & Qt::WindowMaximized);
+    EXPECT_EQ(window->windowTitle(), QString());
+}
+
+}  // namespace

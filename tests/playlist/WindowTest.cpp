@@ -1,0 +1,162 @@
+// The editor as a window: docking to the main window, staying on top, its skin.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QPalette>
+#include <QScreen>
+
+#include "PlaylistTest.h"
+#include "playlist/PlaylistDocking.h"
+#include "skin/ColorFromHex.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class WindowTest : public PlaylistTest {
+  protected:
+    void SetUp() override {
+        PlaylistTest::SetUp();
+        main->setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+        main->setFixedSize(300, 175);
+        main->show();
+        main->move(300, 200);
+    }
+    QColor back() const { return editor->lstPlayList->palette().color(QPalette::Base); }
+    QColor text() const { return editor->lstPlayList->palette().color(QPalette::Text); }
+    QString skin(const QByteArray& ini, bool withPictures = false) {
+        const QString folder = tempDir() + "/skin";
+        QDir().mkpath(folder);
+        QFile f(folder + "/skin.ini");
+        EXPECT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(ini);
+        if (withPictures) {
+            QPixmap face(300, 175);
+            face.fill(Qt::red);
+            face.save(folder + "/back-playlist.bmp", "BMP");
+        }
+        return folder;
+    }
+};
+
+TEST_F(WindowTest, TheLoadLaysOutTheFixedFace) {
+    EXPECT_EQ(editor->size(), QSize(300, 175));
+    EXPECT_EQ(editor->windowTitle(), QStringLiteral("Playlist Editor"));
+    EXPECT_EQ(editor->lstPlayList->geometry(), QRect(18, 41, 265, 83));
+    EXPECT_EQ(editor->imgButton[5].rect, QRect(137, 142, 24, 18));
+    EXPECT_EQ(editor->imgButton[2].toolTip, QStringLiteral("Load Playlist"));
+    EXPECT_EQ(main->PlaylistSaved, VTrue);
+    EXPECT_EQ(editor->Picture.size(), QSize(300, 175));
+    EXPECT_EQ(editor->clpButtons.CellWidth(), 24);
+}
+
+TEST_F(WindowTest, DockedWindowsFollowEachOtherOnEverySide) {
+    struct Side {
+        int setting;
+        QPoint mainAt, editorAt;
+    };
+    // Places that keep both windows inside the 800 x 800 test screen.
+    for (const Side& side : {Side{0, {300, 200}, {300, 375}}, Side{1, {300, 200}, {300, 25}},
+                             Side{2, {300, 200}, {0, 200}}, Side{3, {150, 200}, {450, 200}}}) {
+        menus->mnuDockSub_Click(side.setting);
+        EXPECT_TRUE(menus->mnuDockSub[side.setting]->isChecked());
+        EXPECT_EQ(ReadAppSetting("Dock Playlist Window", ""), QString::number(side.setting));
+        // The change centres the main window; put it back and let the editor follow.
+        main->move(side.mainAt);
+        MovePlaylistToMain();
+        EXPECT_EQ(editor->pos(), side.editorAt) << "setting " << side.setting;
+
+        // Dragging the editor carries the main window along.
+        editor->move(editor->pos() + QPoint(30, 20));
+        MoveMainToPlaylist();
+        EXPECT_EQ(main->pos(), side.mainAt + QPoint(30, 20)) << "setting " << side.setting;
+    }
+}
+
+TEST_F(WindowTest, ChangingTheSettingCentresTheMainWindow) {
+    main->move(10, 10);
+    menus->mnuDockSub_Click(5);
+    EXPECT_EQ(main->frameGeometry().center(), main->screen()->availableGeometry().center());
+}
+
+TEST_F(WindowTest, NoneOrAMinimisedWindowStopsTheFollowing) {
+    menus->mnuDockSub_Click(0);
+    main->move(400, 400);
+    MovePlaylistToMain();
+    ASSERT_EQ(editor->pos(), QPoint(400, 575));
+
+    editor->showMinimized();
+    main->move(100, 100);
+    MovePlaylistToMain();
+    EXPECT_EQ(editor->pos(), QPoint(400, 575));
+    editor->showNormal();
+
+    menus->mnuDockSub_Click(5);
+    EXPECT_FALSE(menus->mnuDockSub[0]->isChecked());
+    const QPoint before = editor->pos();
+    main->move(50, 50);
+    MovePlaylistToMain();
+    editor->move(before + QPoint(5, 5));
+    MoveMainToPlaylist();
+    EXPECT_EQ(main->pos(), QPoint(50, 50));
+}
+
+TEST_F(WindowTest, OnTopIsRememberedOnlyWhenSwitchedOn) {
+    menus->mnuOntop_Click();
+    EXPECT_TRUE(editor->windowFlags() & Qt::WindowStaysOnTopHint);
+    EXPECT_EQ(ReadAppSetting("Playlist Always OnTop", ""), QStringLiteral("True"));
+    menus->mnuOntop_Click();
+    EXPECT_FALSE(editor->windowFlags() & Qt::WindowStaysOnTopHint);
+    EXPECT_EQ(ReadAppSetting("Playlist Always OnTop", ""), QStringLiteral("True"));
+
+    // At the next start the menus' load puts the window on top again.
+    menus->unload();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    frmTemp2& again = frmTemp2::get();
+    EXPECT_TRUE(again.mnuOntop->isChecked());
+}
+
+TEST_F(WindowTest, SkinOffKeepsTheBuiltInLookAndABadColourIsBlack) {
+    QString folder = skin("[Playlist]\r\nSkin=False\r\nBackColor=0000FF\r\n", true);
+    editor->LoadPlaylistSkin(folder);
+    EXPECT_EQ(folder, tempDir() + "/skin/");
+    EXPECT_EQ(back(), QColor(0x20, 0x20, 0x20));
+    EXPECT_EQ(text(), QColor(0xE0, 0xE0, 0xE0));
+    EXPECT_NE(editor->Picture.toImage().pixelColor(150, 5), QColor(Qt::red));
+
+    folder =
+        skin("[Playlist]\r\nBackColor=zz\r\nTextColor=00FF00\r\nName=Courier\r\nBold=1\r\n", true);
+    editor->LoadPlaylistSkin(folder);
+    EXPECT_EQ(back(), QColor(0, 0, 0));
+    EXPECT_EQ(text(), QColor(0, 0xFF, 0));
+    EXPECT_TRUE(editor->lstPlayList->font().bold());
+    EXPECT_EQ(editor->lstPlayList->font().family(), QStringLiteral("Courier"));
+    EXPECT_EQ(editor->Picture.toImage().pixelColor(150, 5), QColor(Qt::red));
+    // No strip of its own: the pressed faces come from the face.
+    EXPECT_EQ(editor->clpButtons.Picture().size(), QSize(300, 175));
+    EXPECT_TRUE(editor->isVisible());
+}
+
+TEST_F(WindowTest, AnUnreadableValueIsToldUntilItIsMended) {
+    QString folder = skin("[Playlist]\r\nBold=maybe\r\n");
+    msgBox().onShow = [&](const ShownBox&) {
+        if (msgBox().shown.size() == 3) skin("[Playlist]\r\nBold=True\r\n");
+    };
+    editor->LoadPlaylistSkin(folder);
+    ASSERT_EQ(msgBox().shown.size(), 3);
+    EXPECT_EQ(msgBox().shown[0].text, QStringLiteral("Error..."));
+    EXPECT_EQ(msgBox().shown[0].icon(), Mb::Critical);
+    EXPECT_TRUE(editor->lstPlayList->font().bold());
+
+    // Ending the program while the box shows ends it too.
+    msgBox().reset();
+    folder = skin("[Playlist]\r\nItalic=perhaps\r\n");
+    msgBox().onShow = [&](const ShownBox&) {
+        if (msgBox().shown.size() == 2) editor->unload();
+    };
+    editor->LoadPlaylistSkin(folder);
+    EXPECT_EQ(msgBox().shown.size(), 2);
+}
+
+}  // namespace

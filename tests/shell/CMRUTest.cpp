@@ -1,0 +1,83 @@
+// The recently used lists: their values in the store and the menu rows that mirror them.
+#include <gtest/gtest.h>
+
+#include <QMenu>
+#include <memory>
+
+#include "app/Settings.h"
+#include "shell/CMRU.h"
+#include "support/AppTest.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+const QString Key = QStringLiteral("SOFTWARE\\Test\\MRU Entries");
+
+class CMRUTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        mru.RegistryPath = QStringLiteral("SOFTWARE\\Test");
+        mru.SubKey = QStringLiteral("MRU Entries");
+        mru.TagPrefix = QStringLiteral("MRUTag");
+        for (int i = 0; i < 5; ++i) mru.setMenuItem(i, menu.addAction(QString()));
+    }
+    QString value(const QString& name) {
+        return ReadRegValue(RegRoot::LocalMachine, Key, name, QStringLiteral("<none>"));
+    }
+    QStringList shownCaptions() {
+        QStringList out;
+        for (int i = 1; i <= 4; ++i)
+            if (mru.MenuItem(i)->isVisible()) out << mru.MenuItem(i)->text();
+        return out;
+    }
+
+    QMenu menu;
+    CMRU mru;
+};
+
+TEST_F(CMRUTest, NewestFirstAndTheOldestFallsOutOfAFullList) {
+    for (const char* p : {"/a.mp3", "/b.mp3", "/c.mp3", "/d.mp3", "/e.mp3"})
+        mru.SetMRUList(QLatin1String(p), QStringLiteral("File length: 1"));
+    EXPECT_EQ(shownCaptions(),
+              (QStringList{"&1. /e.mp3", "&2. /d.mp3", "&3. /c.mp3", "&4. /b.mp3"}));
+    EXPECT_TRUE(mru.MenuItem(0)->isVisible());
+    EXPECT_TRUE(mru.MenuItem(0)->isSeparator());
+    EXPECT_EQ(value("MRU4"), QStringLiteral("/b.mp3"));
+    EXPECT_EQ(CMRU::TagOf(mru.MenuItem(1)), QStringLiteral("File length: 1"));
+}
+
+TEST_F(CMRUTest, APathDifferingOnlyInCaseMovesUpWithItsNewTag) {
+    mru.SetMRUList("/Music/Song.MP3", "File length: 10");
+    mru.SetMRUList("/other.mp3", "File length: 20");
+    mru.SetMRUList("/music/song.mp3", "File length: 30");
+    EXPECT_EQ(shownCaptions(), (QStringList{"&1. /music/song.mp3", "&2. /other.mp3"}));
+    EXPECT_EQ(value("MRUTag1"), QStringLiteral("File length: 30"));
+    EXPECT_EQ(value("MRUTag2"), QStringLiteral("File length: 20"));
+    EXPECT_EQ(CMRU::PathOfCaption(mru.MenuItem(1)->text()), QStringLiteral("/music/song.mp3"));
+}
+
+TEST_F(CMRUTest, AnEmptyKeyHidesEverythingAndClearingKeepsTheValues) {
+    mru.GetMRUList();
+    for (int i = 0; i <= 4; ++i) EXPECT_FALSE(mru.MenuItem(i)->isVisible()) << i;
+
+    mru.SetMRUList("/a.mp3", "t");
+    mru.SetMRUList(QString(), QString());
+    for (int i = 0; i <= 4; ++i) EXPECT_FALSE(mru.MenuItem(i)->isVisible()) << i;
+    EXPECT_EQ(value("MRU1"), QString()) << "emptied, not deleted";
+    EXPECT_EQ(value("MRUTag4"), QString());
+}
+
+TEST_F(CMRUTest, GapsCloseUpAndOnlyTextValuesCount) {
+    WriteRegValue(RegRoot::LocalMachine, Key, "MRU2", "/two.mp3");
+    registry().setValue(RegRoot::LocalMachine, Key, "MRU3", RegValue::dword(7));
+    WriteRegValue(RegRoot::LocalMachine, Key, "MRU4", "/four.mp3");
+    mru.GetMRUList();
+    EXPECT_EQ(shownCaptions(), (QStringList{"&1. /two.mp3", "&2. /four.mp3"}));
+    EXPECT_EQ(mru.MenuItem(5), nullptr);
+    mru.setMenuItem(9, mru.MenuItem(1));  // refused in silence
+}
+
+}  // namespace
