@@ -110,6 +110,7 @@ public:
     void mnuAbout_Click();
     void mnuDisclaimer_Click();
     void mnuExit_Click();
+    void mnuClearCantovelMRU_Click();
     void popRestore_Click();
     void popMinimize_Click();
     void popClose_Click();

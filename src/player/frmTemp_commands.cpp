@@ -82,6 +82,7 @@ void frmTemp::connectWindowCommands() {
     on(mnuAbout, &frmTemp::mnuAbout_Click);
     on(mnuDisclaimer, &frmTemp::mnuDisclaimer_Click);
     on(mnuExit, &frmTemp::mnuExit_Click);
+    on(mnuClearCantovelMRU, &frmTemp::mnuClearCantovelMRU_Click);
     on(popRestore, &frmTemp::popRestore_Click);
     on(popMinimize, &frmTemp::popMinimize_Click);
     on(popClose, &frmTemp::popClose_Click);
@@ -163,6 +164,24 @@ void frmTemp::mnuDisclaimer_Click() {
 
 void frmTemp::mnuExit_Click() {
     if (frmMain* m = mainWindow()) m->unload();
+}
+
+void frmTemp::mnuClearCantovelMRU_Click() {
+    // Four empty entries, as many as the list has ever been cleared with; without a list
+    // there is nothing to clear and that is the error.
+    if (MRU) {
+        for (int i = 0; i < 4; ++i) MRU->SetMRUList(QString(), QString());
+        MsgBoxShow(QStringLiteral("Cantovel's Most Recently Used (MRU) files list has been "
+                                  "successfully cleared."),
+                   Mb::Information | Mb::SetForeground);
+    } else {
+        MsgBoxShow(QStringLiteral("An error occurred while attempting to clear the application's "
+                                  "Most Recently Used (MRU) files list.  \r\n") +
+                       QStringLiteral("Please restart Cantovel and try again.  If the problem "
+                                      "persists, write to ") +
+                       QString::fromLatin1(BrightfenMail) + QStringLiteral("."),
+                   Mb::Exclamation | Mb::SetForeground);
+    }
 }
 
 void frmTemp::popRestore_Click() {

@@ -214,3 +214,27 @@ TEST_F(TransportTest, DeleteRefusesWithNothingLoadedOrACDTrack) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST_F(TransportTest, ClearingTheRecentFilesEmptiesTheListAndSaysSo) {
+    temp->mnuClearCantovelMRU->trigger();
+    ASSERT_EQ(mru->added.size(), 4);
+    for (const auto& entry : mru->added)
+        EXPECT_TRUE(entry.first.isEmpty() && entry.second.isEmpty());
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(msgBox().shown[0].text,
+              "Cantovel's Most Recently Used (MRU) files list has been successfully cleared.");
+    EXPECT_EQ(msgBox().shown[0].icon(), Mb::Information);
+    EXPECT_TRUE(msgBox().shown[0].foreground());
+
+    // No list to clear is the error path.
+    temp->MRU.reset();
+    mru = nullptr;
+    temp->mnuClearCantovelMRU->trigger();
+    ASSERT_EQ(msgBox().shown.size(), 2);
+    EXPECT_TRUE(msgBox().shown[1].text.startsWith("An error occurred while attempting to clear"));
+    EXPECT_EQ(msgBox().shown[1].icon(), Mb::Exclamation);
+}
+
+}  // namespace

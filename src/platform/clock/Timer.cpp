@@ -5,7 +5,9 @@
 
 namespace cantovel {
 
-Clock& Clock::get() { return Components::service<Clock>(); }
+Clock& Clock::get() {
+    return Components::service<Clock>();
+}
 
 Timer::Timer(int interval, QObject* parent) : QObject(parent), interval_(interval) {}
 
@@ -18,7 +20,10 @@ void Timer::setInterval(int ms) {
     Clock::get().timerChanged(this);
 }
 
+// Enabling a timer that runs already leaves its count alone: only a change restarts it
+// (off and on again is how a window restarts a timer).
 void Timer::setEnabled(bool enabled) {
+    if (enabled == enabled_) return;
     enabled_ = enabled;
     Clock::get().timerChanged(this);
 }

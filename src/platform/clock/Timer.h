@@ -1,6 +1,7 @@
 #pragma once
 // A window timer with the classic surface: it fires every Interval milliseconds while it
-// is Enabled and the interval is above zero. Changing either starts the count afresh.
+// is Enabled and the interval is above zero. Setting the interval, or switching Enabled,
+// starts the count afresh; enabling a timer that is enabled already changes nothing.
 
 #include <QObject>
 
