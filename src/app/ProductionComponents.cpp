@@ -13,6 +13,7 @@
 #include "platform/shell/DesktopShell.h"
 #include "platform/wavechain/QtFormatChooser.h"
 #include "platform/wavechain/SndfileWaveChain.h"
+#include "video/frmVideoPlayer.h"
 
 namespace cantovel {
 
@@ -29,6 +30,9 @@ void registerProductionComponents() {
     Components::provideFactory<WaveChain>([] { return std::make_unique<SndfileWaveChain>(); });
     Components::provideFactory<FormatChooser>([] { return std::make_unique<QtFormatChooser>(); });
     Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+    // Video windows.
+    Components::provideFactory<VideoPlayerWindow>(
+        [] { return std::make_unique<frmVideoPlayer>(); });
 }
 
 }  // namespace cantovel
