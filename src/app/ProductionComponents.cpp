@@ -3,6 +3,7 @@
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
 #include "platform/dialogs/QtFileDialogs.h"
+#include "platform/filmplayer/MpvFilmPlayer.h"
 #include "platform/instance/LocalInstanceLink.h"
 #include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "platform/mixer/AlsaMixer.h"
@@ -14,6 +15,7 @@
 #include "platform/wavechain/QtFormatChooser.h"
 #include "platform/wavechain/SndfileWaveChain.h"
 #include "video/frmVideoPlayer.h"
+#include "video/frmVivoPlayer.h"
 
 namespace cantovel {
 
@@ -33,6 +35,8 @@ void registerProductionComponents() {
     // Video windows.
     Components::provideFactory<VideoPlayerWindow>(
         [] { return std::make_unique<frmVideoPlayer>(); });
+    Components::provideFactory<VivoPlayerWindow>([] { return std::make_unique<frmVivoPlayer>(); });
+    Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
 }
 
 }  // namespace cantovel

@@ -24,10 +24,10 @@ QSize ChromeSize(const QWidget* window, const QWidget* inside) {
 }
 
 void SetOuterGeometry(QWidget* window, const QRect& outer) {
-    const QSize frame = window->frameGeometry().size() - window->geometry().size();
-    // move() places the frame; resize() sizes what lies inside it.
-    window->move(outer.topLeft());
-    window->resize(outer.size() - frame);
+    // The inside stands where the frame's edges put it.
+    const QRect frame = window->frameGeometry(), inside = window->geometry();
+    window->setGeometry(QRect(outer.topLeft() + (inside.topLeft() - frame.topLeft()),
+                              outer.size() - (frame.size() - inside.size())));
 }
 
 QSize ScreenSize(const QWidget* window) {

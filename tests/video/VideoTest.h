@@ -8,8 +8,10 @@
 #include "app/AppState.h"
 #include "app/Settings.h"
 #include "support/FakeFilmMediaPlayer.h"
+#include "support/FakeFilmPlayer.h"
 #include "video/WindowMetrics.h"
 #include "video/frmVideoPlayer.h"
+#include "video/frmVivoPlayer.h"
 
 namespace cantovel::test {
 
@@ -24,6 +26,9 @@ class VideoTest : public PlayerTest {
         FakeFilmMediaPlayer::install();
         Components::provideFactory<VideoPlayerWindow>(
             [] { return std::make_unique<frmVideoPlayer>(); });
+        FakeFilmPlayer::install();
+        Components::provideFactory<VivoPlayerWindow>(
+            [] { return std::make_unique<frmVivoPlayer>(); });
     }
 
     // A film the fake players open: `seconds` long with a picture of `size`.
