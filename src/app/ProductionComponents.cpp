@@ -12,6 +12,7 @@
 #include "platform/msgbox/QtMsgBox.h"
 #include "platform/registry/RegistryStore.h"
 #include "platform/shell/DesktopShell.h"
+#include "platform/videocd/CdioVideoCdDevice.h"
 #include "platform/wavechain/QtFormatChooser.h"
 #include "platform/wavechain/SndfileWaveChain.h"
 #include "video/frmVideoPlayer.h"
@@ -37,6 +38,7 @@ void registerProductionComponents() {
         [] { return std::make_unique<frmVideoPlayer>(); });
     Components::provideFactory<VivoPlayerWindow>([] { return std::make_unique<frmVivoPlayer>(); });
     Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
+    Components::provideFactory<VideoCdDevice>([] { return std::make_unique<CdioVideoCdDevice>(); });
 }
 
 }  // namespace cantovel
