@@ -14,11 +14,24 @@ namespace cantovel {
 
 namespace {
 
-// A film sector's payload: Mode 2 Form 2.
-constexpr int kFormTwoBytes = 2324;
+// A film sector as libcdio reads it in Mode 2 Form 2: the 8-byte subheader, the 2324
+// bytes of the film, the 4-byte check.
+constexpr int kRawBytes = M2RAW_SECTOR_SIZE;
+constexpr int kFilmOffset = CDIO_CD_SUBHEADER_SIZE;
+constexpr int kFilmBytes = M2F2_SECTOR_SIZE;
 constexpr int kSectorsARead = 32;
 // One picture at the Video CD's 25 (or 29.97) pictures a second.
 constexpr double kPicture = 0.04;
+
+bool sendAll(int fd, const char* data, size_t bytes, const std::atomic<bool>* go) {
+    size_t sent = 0;
+    while (go->load() && sent < bytes) {
+        const ssize_t n = ::send(fd, data + sent, bytes - sent, MSG_NOSIGNAL);
+        if (n <= 0) return false;  // the player has gone, or the stream was cut
+        sent += size_t(n);
+    }
+    return sent == bytes;
+}
 
 bool isImageDriver(driver_id_t id) {
     return id == DRIVER_BINCUE || id == DRIVER_NRG || id == DRIVER_CDRDAO;
@@ -28,18 +41,14 @@ bool isImageDriver(driver_id_t id) {
 void streamTrack(CdIo_t* cdio, track_t track, int fd, std::atomic<bool>* go) {
     const lsn_t first = cdio_get_track_lsn(cdio, track);
     const lsn_t last = cdio_get_track_last_lsn(cdio, track);
-    std::vector<char> buffer(size_t(kFormTwoBytes) * kSectorsARead);
+    std::vector<char> buffer(size_t(kRawBytes) * kSectorsARead);
     for (lsn_t lsn = first; go->load() && lsn != CDIO_INVALID_LSN && lsn <= last;) {
         const unsigned count = unsigned(std::min<lsn_t>(kSectorsARead, last - lsn + 1));
         if (cdio_read_mode2_sectors(cdio, buffer.data(), lsn, true, count) != DRIVER_OP_SUCCESS)
             break;
-        size_t sent = 0;
-        const size_t bytes = size_t(count) * kFormTwoBytes;
-        while (go->load() && sent < bytes) {
-            const ssize_t n = ::send(fd, buffer.data() + sent, bytes - sent, MSG_NOSIGNAL);
-            if (n <= 0) return;  // the player has gone, or the stream was cut
-            sent += size_t(n);
-        }
+        for (unsigned i = 0; i < count; ++i)
+            if (!sendAll(fd, buffer.data() + size_t(i) * kRawBytes + kFilmOffset, kFilmBytes, go))
+                return;
         lsn += lsn_t(count);
     }
     // The end of the film for the reader.
