@@ -39,6 +39,12 @@ void addZoomEntries(QMenu* popZoom) {
         popZoom->addAction(QString::fromLatin1(caption))->setObjectName(QLatin1String(name));
 }
 
+// Switches a timer of the main window. Switching a running timer on again would start its
+// count afresh, and this is done every 100 ms: the main display would never tick.
+void switchTimer(Timer& timer, bool on) {
+    if (timer.isEnabled() != on) timer.setEnabled(on);
+}
+
 }  // namespace
 
 frmVideoPlayer::frmVideoPlayer() : Form(QStringLiteral("frmVideoPlayer")) {
@@ -114,7 +120,7 @@ void frmVideoPlayer::Timer2_Timer() {
     if (frmMain* main = frmMain::instance()) {
         main->MoveThumb(16);
         main->OpenComplete(long(CInt(mp_->Duration())));
-        main->Timer3.setEnabled(true);
+        switchTimer(main->Timer3, true);
     }
     // The inside takes the picture's natural size.
     resize(MPView->size() + (size() - Inside->size()));
@@ -142,12 +148,12 @@ void frmVideoPlayer::Form_Resize() {
 void frmVideoPlayer::Timer1_Timer() {
     frmMain* main = frmMain::instance();
     if (!main || main->PlaylistRunning) return;
-    main->Timer3.setEnabled(mp_ && mp_->PlayState() == MediaPlayer::mpPlaying);
+    switchTimer(main->Timer3, mp_ && mp_->PlayState() == MediaPlayer::mpPlaying);
 }
 
 void frmVideoPlayer::MP_PlayStateChange(int, int newState) {
     if (newState != MediaPlayer::mpPlaying) return;
-    if (frmMain* main = frmMain::instance()) main->Timer3.setEnabled(true);
+    if (frmMain* main = frmMain::instance()) switchTimer(main->Timer3, true);
     Form_Resize();
 }
 

@@ -134,6 +134,14 @@ TEST_F(VideoPlayerTest, Timer1KeepsTheMainDisplayWithTheFilmButNotDuringAQueue) 
     EXPECT_TRUE(main->Timer3.isEnabled());
 }
 
+TEST_F(VideoPlayerTest, TheMainDisplayFollowsTheFilmWhileItPlays) {
+    openFilm(film(QStringLiteral("Clip.avi"), 10));
+    const int start = main->imgPlayProgress.rect.left();
+    // Timer1 keeps switching the main display on; that must not hold its ticks back.
+    clock().advance(5000);
+    EXPECT_GT(main->imgPlayProgress.rect.left(), start + 50);
+}
+
 TEST_F(VideoPlayerTest, ThePositionIsSavedInTwipsAndUsedAtTheNextLoad) {
     frmVideoPlayer& w = openFilm(film(QStringLiteral("Clip.avi")));
     w.move(210, 150);
