@@ -5,6 +5,7 @@
 #include "platform/cdreader/CdioCDReader.h"
 #include "platform/clock/QtClock.h"
 #include "platform/dialogs/QtFileDialogs.h"
+#include "platform/filmplayer/MpvFilmPlayer.h"
 #include "platform/instance/LocalInstanceLink.h"
 #include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "platform/mixer/AlsaMixer.h"
@@ -14,12 +15,15 @@
 #include "platform/registry/RegistryStore.h"
 #include "platform/shell/DesktopShell.h"
 #include "platform/trackextractor/ParanoiaTrackExtractor.h"
+#include "platform/videocd/CdioVideoCdDevice.h"
 #include "platform/wavechain/QtFormatChooser.h"
 #include "platform/wavechain/SndfileWaveChain.h"
 #include "player/frmTemp.h"
 #include "playlist/frmPlaylist.h"
 #include "shell/CMRU.h"
+#include "video/frmVideoPlayer.h"
 #include "video/frmVideoPlaylistView.h"
+#include "video/frmVivoPlayer.h"
 
 namespace cantovel {
 
@@ -51,10 +55,17 @@ void registerProductionComponents() {
         mru->Prefix = QStringLiteral("MRU");
         mru->TagPrefix = QStringLiteral("MRUTag");
         frmTemp& temp = frmTemp::get();
-        for (int i = 0; i < int(temp.mnuFileMRU.size()); ++i) mru->setMenuItem(i, temp.mnuFileMRU[i]);
+        for (int i = 0; i < int(temp.mnuFileMRU.size()); ++i)
+            mru->setMenuItem(i, temp.mnuFileMRU[i]);
         mru->GetMRUList();
         return mru;
     });
+    // Video windows.
+    Components::provideFactory<VideoPlayerWindow>(
+        [] { return std::make_unique<frmVideoPlayer>(); });
+    Components::provideFactory<VivoPlayerWindow>([] { return std::make_unique<frmVivoPlayer>(); });
+    Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
+    Components::provideFactory<VideoCdDevice>([] { return std::make_unique<CdioVideoCdDevice>(); });
 }
 
 }  // namespace cantovel

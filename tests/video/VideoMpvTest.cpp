@@ -1,0 +1,99 @@
+// The video windows on the real libmpv players, with null outputs in real time, on
+// films ffmpeg makes for each test.
+#include <QFile>
+
+#include "VideoTest.h"
+#include "platform/clock/QtClock.h"
+#include "platform/filmplayer/MpvFilmPlayer.h"
+#include "platform/mediaplayer/MpvMediaPlayer.h"
+#include "support/ScopedEnv.h"
+#include "support/TestFilms.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+class VideoMpvTest : public VideoTest {
+  protected:
+    void installPlayers() override {
+        env.set("CANTOVEL_AO", QByteArray("null"));
+        env.set("CANTOVEL_VO", QByteArray("null"));
+        // Timed play: the window's wait for the film to start polls every 300 ms, and an
+        // untimed film would be over before it looked.
+        Components::provideService<Clock>(std::make_shared<QtClock>());
+        Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+        Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
+        Components::provideFactory<VideoPlayerWindow>(
+            [] { return std::make_unique<frmVideoPlayer>(); });
+        Components::provideFactory<VivoPlayerWindow>(
+            [] { return std::make_unique<frmVivoPlayer>(); });
+    }
+    void TearDown() override {
+        VideoTest::TearDown();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    bool waitFor(const std::function<bool()>& done, int ms = 30000) {
+        return Clock::get().wait(ms, done);
+    }
+    QString path(const QString& name) const { return tempDir() + u'/' + name; }
+
+    ScopedEnv env;
+};
+
+TEST_F(VideoMpvTest, AFilmPlaysInTheVideoPlayerSizedToItsPictureAndClosesToIdle) {
+    const QString clip = path(QStringLiteral("Clip.avi"));
+    ASSERT_TRUE(writeTestFilm(clip, 2.0, QSize(320, 240)));
+    openByDialog(clip);
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    frmVideoPlayer* w = player();
+    ASSERT_NE(w, nullptr);
+    ASSERT_TRUE(waitFor([&] { return !w->MPView->isHidden(); }));
+    EXPECT_EQ(w->Inside->size(), QSize(320, 240));
+    EXPECT_EQ(main->TrackLength, 2);
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Stop"));
+
+    // The film plays out and stays; the main display stops with it.
+    ASSERT_TRUE(waitFor([&] { return w->MP()->PlayState() == MediaPlayer::mpStopped; }));
+    ASSERT_TRUE(waitFor([&] { return !main->Timer3.isEnabled(); }, 2000));
+    w->close();
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
+}
+
+TEST_F(VideoMpvTest, AVivoNamedFilmRunsThroughItsStatesAndSavesACopy) {
+    const QString avi = path(QStringLiteral("Source.avi"));
+    ASSERT_TRUE(writeTestFilm(avi, 1.0, QSize(176, 144)));
+    const QString film = path(QStringLiteral("Movie.viv"));
+    ASSERT_TRUE(QFile::copy(avi, film));
+
+    main->show();
+    openByDialog(film);
+    frmVivoPlayer* w = Forms::find<frmVivoPlayer>();
+    ASSERT_NE(w, nullptr);
+    EXPECT_FALSE(main->isVisible());
+    QStringList states;
+    QObject::connect(w->VvWeb1(), &FilmPlayer::StateChange, w,
+                     [&states](const QString& s) { states << s; });
+    // Sized at the start, before this test listened.
+    EXPECT_EQ(w->size(), QSize(176, 144));
+    ASSERT_TRUE(waitFor([&] { return states.contains(QStringLiteral("play_out_complete")); }));
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
+    EXPECT_NE(Forms::find<frmVivoPlayer>(), nullptr);
+
+    w->AboutMovieMenu->trigger();
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_TRUE(msgBox().texts().first().contains(QStringLiteral("Size: 176 x 144 pixels")));
+    EXPECT_TRUE(msgBox().texts().first().contains(QStringLiteral("Movie: Movie.viv")));
+
+    const QString copy = path(QStringLiteral("Copy.viv"));
+    dialogs->scriptFiles({copy});
+    w->SaveMenu->trigger();
+    QFile a(film), b(copy);
+    ASSERT_TRUE(a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly));
+    EXPECT_EQ(a.readAll(), b.readAll());
+
+    w->ExitMenu->trigger();
+    EXPECT_TRUE(main->isVisible());
+}
+
+}  // namespace
