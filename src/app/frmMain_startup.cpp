@@ -15,18 +15,10 @@
 #include "player/PlaylistView.h"
 #include "player/frmTemp.h"
 #include "shell/AssociateFileType.h"
+#include "shell/TwipsPerPixel.h"
 #include "shell/WindowHelpers.h"
 
 namespace cantovel {
-
-namespace {
-// Window positions are kept in twips, 1440 to the logical inch, as they always were.
-double twipsPerPixel(const QWidget* w) {
-    const QScreen* screen = w->screen() ? w->screen() : QGuiApplication::primaryScreen();
-    const double dpi = screen ? screen->logicalDotsPerInchX() : 96.0;
-    return 1440.0 / (dpi > 0 ? dpi : 96.0);
-}
-}  // namespace
 
 frmMain::frmMain() : Form(QStringLiteral("frmMain")) {}
 
@@ -65,7 +57,7 @@ void frmMain::Form_Load(const QString& commandLine) {
 
     // 8. The saved position only when asked for.
     if (Val(ReadAppSetting(QStringLiteral("Position"), QStringLiteral("0"))) == 1) {
-        const double tpp = twipsPerPixel(this);
+        const double tpp = TwipsPerPixel(this);
         const int top = int(Val(ReadAppSetting(QStringLiteral("Main Window Top"), QStringLiteral("450"))) / tpp);
         const int left = int(Val(ReadAppSetting(QStringLiteral("Main Window Left"), QStringLiteral("1380"))) / tpp);
         move(left, top);
@@ -121,7 +113,7 @@ void frmMain::Form_Load(const QString& commandLine) {
 bool frmMain::queryUnload(UnloadMode) {
     SaveAppSetting(QStringLiteral("Playlist Visible"), CStr(IsFormLoaded(QStringLiteral("frmPlaylist"))));
     // The position is saved whatever Position says.
-    const double tpp = twipsPerPixel(this);
+    const double tpp = TwipsPerPixel(this);
     SaveAppSetting(QStringLiteral("Main Window Top"), QString::number(qRound(y() * tpp)));
     SaveAppSetting(QStringLiteral("Main Window Left"), QString::number(qRound(x() * tpp)));
     setAcceptDrops(false);

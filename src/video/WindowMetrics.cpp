@@ -13,12 +13,6 @@ const QScreen* screenOf(const QWidget* window) {
 }
 }  // namespace
 
-double TwipsPerPixel(const QWidget* window) {
-    const QScreen* screen = screenOf(window);
-    const double dpi = screen ? screen->logicalDotsPerInchX() : 96.0;
-    return 1440.0 / (dpi > 0 ? dpi : 96.0);
-}
-
 QSize ChromeSize(const QWidget* window, const QWidget* inside) {
     return window->frameGeometry().size() - inside->size();
 }

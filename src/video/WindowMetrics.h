@@ -5,12 +5,12 @@
 #include <QRect>
 #include <QSize>
 
+#include "shell/TwipsPerPixel.h"
+
 class QWidget;
 
 namespace cantovel {
 
-// Twips in one pixel on the window's screen (15 at 96 dots per inch).
-double TwipsPerPixel(const QWidget* window);
 // What the frame, caption and menu add around `inside`: the window's outer size minus the
 // inside's size, in pixels.
 QSize ChromeSize(const QWidget* window, const QWidget* inside);

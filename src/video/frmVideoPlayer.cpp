@@ -99,8 +99,11 @@ void frmVideoPlayer::Form_Load() {
     if (mp_) mp_->setVolume((int(main ? main->PlayerVolume : 0) - 100) * 100);
 
     // 3.
-    MRU = std::make_unique<VideoPlayerMru>(RegRoot::LocalMachine, MruKey(),
-                                           QStringLiteral("MRU Entries"));
+    MRU = std::make_unique<CMRU>();
+    MRU->RootKey = RegRoot::LocalMachine;
+    MRU->RegistryPath = MruKey();
+    MRU->SubKey = QStringLiteral("MRU Entries");
+    MRU->TagPrefix = QStringLiteral("MRUTag");
     for (int i = 0; i < int(mnuFileMRU.size()); ++i) MRU->setMenuItem(i, mnuFileMRU[i]);
     MRU->GetMRUList();
 

@@ -15,7 +15,7 @@
 #include "platform/clock/Timer.h"
 #include "platform/mediaplayer/MediaPlayer.h"
 #include "player/VideoPlayerWindow.h"
-#include "video/VideoPlayerMru.h"
+#include "shell/CMRU.h"
 
 class QAction;
 class QMenu;
@@ -53,7 +53,7 @@ class frmVideoPlayer : public Form, public VideoPlayerWindow {
     QAction* mnuExit = nullptr;
     // Row 0 is the separator above the recent films, rows 1 to 4 the films.
     std::array<QAction*, 5> mnuFileMRU{};
-    std::unique_ptr<VideoPlayerMru> MRU;
+    std::unique_ptr<CMRU> MRU;
 
     // Timer1 keeps the main display in step with the film; Timer2 waits for it to start.
     Timer Timer1{100};
