@@ -223,9 +223,8 @@ QString CdBase::CloseMatchDecode(const QString& text) {
     while (rest.size() >= 4) {
         ++count;
         if (count <= 32767) CloseMatchCount = qint16(count);
-        const QStringView top = TopLine(rest);
-        const qsizetype cr = top.indexOf(QLatin1Char('\r'));
-        QStringView line = cr < 0 ? top : rest.left(cr + 1);
+        const qsizetype cr = rest.indexOf(QLatin1Char('\r'));
+        QStringView line = cr < 0 ? rest : rest.left(cr + 1);
         if (count <= 100) {
             CloseMatch& row = CloseMatches[count];
             const qsizetype b1 = line.indexOf(QLatin1Char(' '));

@@ -30,6 +30,11 @@ void LoopbackCddbServer::accept() {
         pending_.clear();
         outbox_.clear();
         connect(s, &QTcpSocket::readyRead, this, &LoopbackCddbServer::readLines);
+        // Pieces go out from the socket's own notifications, one after the other was written;
+        // only the drip waits on the clock.
+        connect(s, &QTcpSocket::bytesWritten, this, [this] {
+            if (!drip && !outbox_.isEmpty()) sendNext();
+        });
         QList<QByteArray> greeting;
         if (!banner.isEmpty()) greeting << banner;
         if (closeAfterBanner) greeting << "<close>";
@@ -60,7 +65,7 @@ void LoopbackCddbServer::queue(const QList<QByteArray>& pieces) {
             outbox_ << piece;
         }
     }
-    if (!sender_.isEnabled()) sendNext();
+    if (!sender_.isEnabled() && (drip || client_->bytesToWrite() == 0)) sendNext();
 }
 
 void LoopbackCddbServer::sendNext() {
@@ -72,15 +77,15 @@ void LoopbackCddbServer::sendNext() {
     if (piece == "<close>") {
         client_->disconnectFromHost();
         outbox_.clear();
-    } else {
-        client_->write(piece);
-        client_->flush();
-    }
-    if (outbox_.isEmpty()) {
         sender_.setEnabled(false);
-    } else {
-        sender_.setInterval(drip ? 1000 : pieceGap);
+        return;
+    }
+    client_->write(piece);
+    if (drip && !outbox_.isEmpty()) {
+        sender_.setInterval(1000);
         sender_.setEnabled(true);
+    } else {
+        sender_.setEnabled(false);
     }
 }
 

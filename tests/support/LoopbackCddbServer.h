@@ -1,7 +1,7 @@
 #pragma once
 // A CDDB server on the loopback interface, in the test's own thread: it greets,
-// answers commands from a script, and can misbehave on purpose. Its timed behaviour (pieces
-// sent apart, one byte a second) runs on the program's Clock, so under virtual time too.
+// answers commands from a script, and can misbehave on purpose. Its timed behaviour (the
+// drip of one byte a second) runs on the program's Clock, so under virtual time too.
 
 #include <QByteArray>
 #include <QList>
@@ -29,8 +29,6 @@ class LoopbackCddbServer : public QObject {
     bool closeAfterBanner = false;
     // Sends every answer one byte per second.
     bool drip = false;
-    // Milliseconds between the pieces of one answer.
-    int pieceGap = 50;
 
     // The answer to a command line that starts with `prefix` (first match wins), in pieces
     // sent apart. A piece "<close>" closes the connection there.
