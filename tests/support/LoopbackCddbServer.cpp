@@ -22,6 +22,11 @@ void LoopbackCddbServer::on(const QString& prefix, const QList<QByteArray>& piec
     rules_.prepend({prefix, pieces});
 }
 
+void LoopbackCddbServer::drip(const QString& prefix, const QByteArray& answer) {
+    on(prefix, answer);
+    rules_.first().drip = true;
+}
+
 void LoopbackCddbServer::accept() {
     while (QTcpSocket* s = server_.nextPendingConnection()) {
         ++connections;
@@ -30,11 +35,6 @@ void LoopbackCddbServer::accept() {
         pending_.clear();
         outbox_.clear();
         connect(s, &QTcpSocket::readyRead, this, &LoopbackCddbServer::readLines);
-        // Pieces go out from the socket's own notifications, one after the other was written;
-        // only the drip waits on the clock.
-        connect(s, &QTcpSocket::bytesWritten, this, [this] {
-            if (!drip && !outbox_.isEmpty()) sendNext();
-        });
         QList<QByteArray> greeting;
         if (!banner.isEmpty()) greeting << banner;
         if (closeAfterBanner) greeting << "<close>";
@@ -51,21 +51,21 @@ void LoopbackCddbServer::readLines() {
         received << line;
         for (const Rule& rule : rules_)
             if (line.startsWith(rule.prefix)) {
-                queue(rule.pieces);
+                queue(rule.pieces, rule.drip);
                 break;
             }
     }
 }
 
-void LoopbackCddbServer::queue(const QList<QByteArray>& pieces) {
+void LoopbackCddbServer::queue(const QList<QByteArray>& pieces, bool drip) {
     for (const QByteArray& piece : pieces) {
         if (drip && piece != "<close>") {
-            for (char c : piece) outbox_ << QByteArray(1, c);
+            for (char c : piece) outbox_.append({QByteArray(1, c), 1000});
         } else {
-            outbox_ << piece;
+            outbox_.append({piece, pieceGap});
         }
     }
-    if (!sender_.isEnabled() && (drip || client_->bytesToWrite() == 0)) sendNext();
+    if (!sender_.isEnabled()) sendNext();
 }
 
 void LoopbackCddbServer::sendNext() {
@@ -73,19 +73,20 @@ void LoopbackCddbServer::sendNext() {
         sender_.setEnabled(false);
         return;
     }
-    const QByteArray piece = outbox_.takeFirst();
-    if (piece == "<close>") {
+    const Piece piece = outbox_.takeFirst();
+    if (piece.data == "<close>") {
         client_->disconnectFromHost();
         outbox_.clear();
         sender_.setEnabled(false);
         return;
     }
-    client_->write(piece);
-    if (drip && !outbox_.isEmpty()) {
-        sender_.setInterval(1000);
-        sender_.setEnabled(true);
-    } else {
+    client_->write(piece.data);
+    client_->flush();
+    if (outbox_.isEmpty()) {
         sender_.setEnabled(false);
+    } else {
+        sender_.setInterval(piece.gapAfter);
+        sender_.setEnabled(true);
     }
 }
 
