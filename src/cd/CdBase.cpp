@@ -271,38 +271,30 @@ void CdBase::statusUpdate() {
                           : QString());
 }
 
+bool CdBase::refuseBlank(const QString& value, const QString& property, bool critical) {
+    if (!value.contains(QLatin1Char(' '))) return false;
+    const QString text = QStringLiteral("No spaces allowed in ") + property;
+    if (critical)
+        MsgBoxShow(text, Mb::Critical, QStringLiteral("Cddb Control Error"));
+    else
+        MsgBoxShow(text);
+    return true;
+}
+
 void CdBase::setEmail(const QString& v) {
-    if (v.contains(QLatin1Char(' '))) {
-        MsgBoxShow(QStringLiteral("No spaces allowed in Email"), Mb::Critical,
-                   QStringLiteral("Cddb Control Error"));
-        return;
-    }
-    email_ = v;
+    if (!refuseBlank(v, QStringLiteral("Email"), true)) email_ = v;
 }
 
 void CdBase::setRevision(const QString& v) {
-    if (v.contains(QLatin1Char(' '))) {
-        MsgBoxShow(QStringLiteral("No spaces allowed in Revision"), Mb::Critical,
-                   QStringLiteral("Cddb Control Error"));
-        return;
-    }
-    revision_ = v;
+    if (!refuseBlank(v, QStringLiteral("Revision"), true)) revision_ = v;
 }
 
 void CdBase::setAppName(const QString& v) {
-    if (v.contains(QLatin1Char(' '))) {
-        MsgBoxShow(QStringLiteral("No spaces allowed in AppName"));
-        return;
-    }
-    appName_ = v;
+    if (!refuseBlank(v, QStringLiteral("AppName"), false)) appName_ = v;
 }
 
 void CdBase::setHostName(const QString& v) {
-    if (v.contains(QLatin1Char(' '))) {
-        MsgBoxShow(QStringLiteral("No spaces allowed in HostName"));
-        return;
-    }
-    hostName_ = v;
+    if (!refuseBlank(v, QStringLiteral("HostName"), false)) hostName_ = v;
 }
 
 QString CdBase::NewLineFix(QString& text) {

@@ -129,6 +129,8 @@ class CdBase : public QObject {
     void deviceCommand(const QString& word);
     int deviceMode();
     void statusUpdate();
+    // The greeting's words may hold no blank: true, after the box, when `value` does.
+    static bool refuseBlank(const QString& value, const QString& property, bool critical);
     static Msf split(qint32 msf);
 
     // The protocol half.
@@ -147,6 +149,9 @@ class CdBase : public QObject {
     void Winsock1_DataArrival();
     void Winsock1_Close();
     void Timer1_Timer();
+    // Connects, greets, asks for a list and gives its row count when it came.
+    qint16 listRequest(QString (CdBase::*send)(), QString (CdBase::*parse)(const QString&),
+                       const qint16& rows);
     QString parseLscat(const QString& answer);
     QString parseSites(const QString& answer);
 

@@ -240,26 +240,22 @@ QString CdBase::CloseMatchDecode(const QString& text) {
 }
 
 qint16 CdBase::GetSites() {
-    QPointer<CdBase> self(this);
-    if (!ConnectToServer() || !self) return 0;
-    qint16 count = 0;
-    if (SendHello() && self) {
-        const QString answer = SendSitesRequest();
-        if (!self) return 0;
-        if (parseSites(answer).startsWith(QLatin1String("210"))) count = Sites;
-    }
-    if (self) SendQuit();
-    return count;
+    return listRequest(&CdBase::SendSitesRequest, &CdBase::parseSites, Sites);
 }
 
 qint16 CdBase::Getlscat() {
+    return listRequest(&CdBase::SendLscat, &CdBase::parseLscat, Categories);
+}
+
+qint16 CdBase::listRequest(QString (CdBase::*send)(), QString (CdBase::*parse)(const QString&),
+                           const qint16& rows) {
     QPointer<CdBase> self(this);
     if (!ConnectToServer() || !self) return 0;
     qint16 count = 0;
     if (SendHello() && self) {
-        const QString answer = SendLscat();
+        const QString answer = (this->*send)();
         if (!self) return 0;
-        if (parseLscat(answer).startsWith(QLatin1String("210"))) count = Categories;
+        if ((this->*parse)(answer).startsWith(QLatin1String("210"))) count = rows;
     }
     if (self) SendQuit();
     return count;
