@@ -70,8 +70,11 @@ void CdBase::Timer1_Timer() {
 
 bool CdBase::ConnectToServer() {
     if (Winsock1.State() != Winsock::sckClosed) return false;
-    if (Server.isEmpty()) Server = DefaultServer;
-    if (Port == 0) Port = 8880;
+    // CANTOVEL_CDDB_SERVER ("host:port") stands in for the public server, for trials
+    // against a server of one's own.
+    const QStringList own = qEnvironmentVariable("CANTOVEL_CDDB_SERVER").split(QLatin1Char(':'));
+    if (Server.isEmpty()) Server = own.value(0).isEmpty() ? DefaultServer : own.value(0);
+    if (Port == 0) Port = qint16(own.value(1).toShort()) ? own.value(1).toShort() : qint16(8880);
     Winsock1.RemoteHost = Server;
     Winsock1.RemotePort = Port;
     Winsock1.Connect();
