@@ -10,6 +10,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QScrollBar>
+#include <QTextDocument>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <limits>
@@ -298,8 +299,17 @@ void frmCDDBMain::lvwSongList_DblClick() {
 
 void frmCDDBMain::CdBase1_DataSent(const QString& text) {
     if (!mnuLog->isChecked()) return;
+    // The log holds the latest 16K characters, as a classic text box held little: a server that
+    // sends megabytes must not stall the window laying them out.
+    constexpr int kLogLimit = 16384;
     Text2->moveCursor(QTextCursor::End);
-    Text2->insertPlainText(text);
+    Text2->insertPlainText(text.size() > kLogLimit ? text.right(kLogLimit) : text);
+    QTextDocument* doc = Text2->document();
+    if (doc->characterCount() > kLogLimit) {
+        QTextCursor cut(doc);
+        cut.setPosition(doc->characterCount() - 1 - kLogLimit, QTextCursor::KeepAnchor);
+        cut.removeSelectedText();
+    }
     Text2->moveCursor(QTextCursor::End);
 }
 
