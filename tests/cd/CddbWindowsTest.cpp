@@ -95,6 +95,16 @@ TEST_F(CddbWindowsTest, TheLogKeepsOnlyWhatPassedWhileItWasOn) {
     EXPECT_EQ(window->Text2->toPlainText(), "");
 }
 
+TEST_F(CddbWindowsTest, TheLogKeepsItsLatestSixteenThousandCharacters) {
+    const QString flood = QString(100000, 'A') + "end";
+    emit window->CdBase1.DataSent(flood, int(flood.size()));
+    emit window->CdBase1.DataSent("\r\nmore", 6);
+    const QString log = window->Text2->toPlainText();
+    EXPECT_LE(log.size(), 16384);
+    EXPECT_GT(log.size(), 16000);
+    EXPECT_TRUE(log.endsWith("Aend\nmore"));
+}
+
 TEST_F(CddbWindowsTest, TheBoxesWriteTheirPropertiesOnEveryChange) {
     window->txtRevision->setText("3.6");
     window->txtTitle->setText("T");
