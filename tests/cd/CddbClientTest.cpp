@@ -228,7 +228,7 @@ TEST_F(CddbClientRealTimeTest, AByteASecondTimesOutWhileOtherEventsRun) {
     QElapsedTimer took;
     took.start();
     EXPECT_EQ(cd->GetCddb(), "600 Timeout");
-    EXPECT_GE(took.elapsed(), 4900);  // coarse timers may end a little early
+    EXPECT_GE(took.elapsed(), 4500);  // coarse timers may end up to 5 % early
     EXPECT_LT(took.elapsed(), 5000 + 2000);
     EXPECT_GT(ticks, 20);
     EXPECT_TRUE(msgBox().texts().contains("Timed out waiting for read responce"));
