@@ -4,6 +4,7 @@
 #include "platform/cddrives/LibcdioCdDrives.h"
 #include "platform/cdreader/CdioCDReader.h"
 #include "platform/clock/QtClock.h"
+#include "platform/mci/CdioMciDevice.h"
 #include "platform/dialogs/QtFileDialogs.h"
 #include "platform/filmplayer/MpvFilmPlayer.h"
 #include "platform/instance/LocalInstanceLink.h"
@@ -35,6 +36,7 @@ void registerProductionComponents() {
     Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
     Components::provideService<Shell>(std::make_shared<DesktopShell>());
     Components::provideService<CdDrives>(std::make_shared<LibcdioCdDrives>());
+    Components::provideFactory<MciDevice>([] { return std::make_unique<CdioMciDevice>(); });
     Components::provideFactory<InstanceLink>([] { return std::make_unique<LocalInstanceLink>(); });
     Components::provideFactory<Mp3Encoder>([] { return std::make_unique<LameMp3Encoder>(); });
     Components::provideFactory<Mp3Decoder>([] { return std::make_unique<Mpg123Mp3Decoder>(); });
