@@ -1,13 +1,14 @@
 #include "app/ProductionComponents.h"
 
+#include "cd/CdTrackFolders.h"
 #include "platform/Components.h"
 #include "platform/cddrives/LibcdioCdDrives.h"
 #include "platform/cdreader/CdioCDReader.h"
 #include "platform/clock/QtClock.h"
-#include "platform/mci/CdioMciDevice.h"
 #include "platform/dialogs/QtFileDialogs.h"
 #include "platform/filmplayer/MpvFilmPlayer.h"
 #include "platform/instance/LocalInstanceLink.h"
+#include "platform/mci/CdioMciDevice.h"
 #include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "platform/mixer/AlsaMixer.h"
 #include "platform/mp3decoder/Mpg123Mp3Decoder.h"
@@ -33,7 +34,9 @@ void registerProductionComponents() {
     Components::provideService<Clock>(std::make_shared<QtClock>());
     Components::provideService<Mixer>(std::make_shared<AlsaMixer>());
     Components::provideService<Registry>(std::make_shared<RegistryStore>());
-    Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
+    auto dialogs = std::make_shared<QtFileDialogs>();
+    dialogs->setPlacesSource(CdTrackFolders);
+    Components::provideService<FileDialogs>(dialogs);
     Components::provideService<Shell>(std::make_shared<DesktopShell>());
     Components::provideService<CdDrives>(std::make_shared<LibcdioCdDrives>());
     Components::provideFactory<MciDevice>([] { return std::make_unique<CdioMciDevice>(); });

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 
+#include "cd/CdTrackFolders.h"
 #include "platform/cddrives/CdaFile.h"
 #include "platform/cddrives/LibcdioCdDrives.h"
 #include "support/AppTest.h"
@@ -130,6 +131,22 @@ TEST_F(CdDrivesTest, NoDiscOrNoDriveGivesNoFolderAndClearsOldTracks) {
     EXPECT_TRUE(drives.TrackFolder(letter).isEmpty());
     EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty());
     EXPECT_TRUE(drives.TrackFolder('Z').isEmpty());
+}
+
+// What the file dialogs offer: the track folder of each drive with a disc, and nothing for
+// a drive whose disc went.
+TEST_F(CdDrivesTest, DialogsOfferTheTrackFoldersOfTheDiscsInTheDrives) {
+    Components::provideService<CdDrives>(std::make_shared<LibcdioCdDrives>());
+    const DiscImage first = DiscImage::buildSeconds(tempDir() + "/a", {4});
+    const DiscImage second = DiscImage::buildSeconds(tempDir() + "/b", {4, 4});
+    env.set("CANTOVEL_CD_IMAGES", first.cuePath() + ":" + second.cuePath());
+    const QStringList folders = CdTrackFolders();
+    ASSERT_EQ(folders.size(), 2);
+    EXPECT_EQ(QDir(folders[0]).entryList(QDir::Files), QStringList{"Track01.cda"});
+    EXPECT_EQ(QDir(folders[1]).entryList(QDir::Files), (QStringList{"Track01.cda", "Track02.cda"}));
+
+    QFile::remove(first.cuePath());
+    EXPECT_EQ(CdTrackFolders(), QStringList{folders[1]});
 }
 
 TEST(CdaFileTest, RejectsWhatIsNotACdAudioTrack) {

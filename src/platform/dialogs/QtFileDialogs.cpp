@@ -28,10 +28,14 @@ void QtFileDialogs::prepare(QFileDialog& dialog, const FileDialogRequest& reques
 }
 
 void QtFileDialogs::addPlaces(QFileDialog& dialog) const {
-    if (places_.isEmpty()) return;
+    QList<QUrl> extra = places_;
+    if (placesSource_)
+        for (const QString& f : placesSource_())
+            if (!f.isEmpty()) extra << QUrl::fromLocalFile(QDir::cleanPath(f));
+    if (extra.isEmpty()) return;
     dialog.setOption(QFileDialog::DontUseNativeDialog, true);
     QList<QUrl> urls = dialog.sidebarUrls();
-    for (const QUrl& u : places_)
+    for (const QUrl& u : extra)
         if (!urls.contains(u)) urls << u;
     dialog.setSidebarUrls(urls);
 }

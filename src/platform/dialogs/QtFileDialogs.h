@@ -1,6 +1,7 @@
 #pragma once
 #include <QList>
 #include <QUrl>
+#include <functional>
 
 #include "platform/dialogs/FileDialogs.h"
 
@@ -17,6 +18,9 @@ class QtFileDialogs : public FileDialogs {
     QString browseForFolder(QWidget* owner, const QString& prompt,
                             const QString& startFolder) override;
     void setExtraPlaces(const QStringList& folders) override;
+    // Folders asked for each time a dialog opens, beside the fixed extra places: places that
+    // come and go, such as the track folders of the discs in the drives.
+    void setPlacesSource(std::function<QStringList()> source) { placesSource_ = std::move(source); }
 
   private:
     void prepare(QFileDialog& dialog, const FileDialogRequest& request) const;
@@ -24,6 +28,7 @@ class QtFileDialogs : public FileDialogs {
     static FileDialogResult run(QFileDialog& dialog);
 
     QList<QUrl> places_;
+    std::function<QStringList()> placesSource_;
 };
 
 }  // namespace cantovel
