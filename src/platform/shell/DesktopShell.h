@@ -4,7 +4,7 @@
 namespace cantovel {
 
 // The freedesktop desktop: handlers through QDesktopServices (xdg-open), programs through
-// QProcess, the XBEL recently-used list, the Trash of the trash specification.
+// QProcess, the XBEL recently-used list, the freedesktop Trash.
 class DesktopShell : public Shell {
   public:
     int open(const QString& target) override;
