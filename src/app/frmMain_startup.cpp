@@ -10,9 +10,9 @@
 #include "platform/clock/Clock.h"
 #include "platform/mediaplayer/MediaPlayer.h"
 #include "platform/mixer/Mixer.h"
-#include "player/frmMain.h"
 #include "player/PlayerWindows.h"
 #include "player/PlaylistView.h"
+#include "player/frmMain.h"
 #include "player/frmTemp.h"
 #include "shell/AssociateFileType.h"
 #include "shell/TwipsPerPixel.h"
@@ -24,7 +24,9 @@ frmMain::frmMain() : Form(QStringLiteral("frmMain")) {}
 
 frmMain::~frmMain() = default;
 
-frmMain* frmMain::instance() { return Forms::find<frmMain>(); }
+frmMain* frmMain::instance() {
+    return Forms::find<frmMain>();
+}
 
 void frmMain::Form_Load(const QString& commandLine) {
     // 1. No caption, no frame: the skin draws everything.
@@ -58,8 +60,10 @@ void frmMain::Form_Load(const QString& commandLine) {
     // 8. The saved position only when asked for.
     if (Val(ReadAppSetting(QStringLiteral("Position"), QStringLiteral("0"))) == 1) {
         const double tpp = TwipsPerPixel(this);
-        const int top = int(Val(ReadAppSetting(QStringLiteral("Main Window Top"), QStringLiteral("450"))) / tpp);
-        const int left = int(Val(ReadAppSetting(QStringLiteral("Main Window Left"), QStringLiteral("1380"))) / tpp);
+        const int top = int(
+            Val(ReadAppSetting(QStringLiteral("Main Window Top"), QStringLiteral("450"))) / tpp);
+        const int left = int(
+            Val(ReadAppSetting(QStringLiteral("Main Window Left"), QStringLiteral("1380"))) / tpp);
         move(left, top);
     }
 
@@ -82,7 +86,8 @@ void frmMain::Form_Load(const QString& commandLine) {
     Clock::get().doEvents();
 
     // 12. The playlist editor, if it was open at the last exit; its load shows it.
-    if (CBool(ReadAppSetting(QStringLiteral("Playlist Visible"), QStringLiteral("False"))).value_or(false))
+    if (CBool(ReadAppSetting(QStringLiteral("Playlist Visible"), QStringLiteral("False")))
+            .value_or(false))
         touchWindow<PlaylistView>();
 
     // 13. frmTemp's load set MP's volume while PlayerVolume was still 0.
@@ -94,7 +99,8 @@ void frmMain::Form_Load(const QString& commandLine) {
     temp.MRU = Components::create<MruList>();
 
     // 15.
-    if (Val(ReadAppSetting(QStringLiteral("Always Ontop"), QStringLiteral("0"))) == 1) FormOnTop(this, true);
+    if (Val(ReadAppSetting(QStringLiteral("Always Ontop"), QStringLiteral("0"))) == 1)
+        FormOnTop(this, true);
 
     // 16. The playlist type at every start; the result does not matter.
     AssociateFileType(QStringLiteral("ply"), {}, {}, {}, {}, false,
@@ -111,7 +117,8 @@ void frmMain::Form_Load(const QString& commandLine) {
 }
 
 bool frmMain::queryUnload(UnloadMode) {
-    SaveAppSetting(QStringLiteral("Playlist Visible"), CStr(IsFormLoaded(QStringLiteral("frmPlaylist"))));
+    SaveAppSetting(QStringLiteral("Playlist Visible"),
+                   CStr(IsFormLoaded(QStringLiteral("frmPlaylist"))));
     // The position is saved whatever Position says.
     const double tpp = TwipsPerPixel(this);
     SaveAppSetting(QStringLiteral("Main Window Top"), QString::number(qRound(y() * tpp)));

@@ -9,15 +9,15 @@
 #include <memory>
 
 #include "app/Form.h"
-#include "shell/COSInfo.h"
-#include "shell/Subclass.h"
-#include "tags/CCRC32.h"
 #include "platform/clock/Timer.h"
 #include "platform/pictureclip/PictureClip.h"
 #include "player/player_state.h"
+#include "shell/COSInfo.h"
+#include "shell/Subclass.h"
 #include "skin/CCaptionlessWindowMover.h"
 #include "skin/SkinControl.h"
 #include "skin/SkinLabel.h"
+#include "tags/CCRC32.h"
 
 class QMenu;
 
@@ -28,7 +28,7 @@ class MediaPlayer;
 
 class frmMain : public Form, public PlayerState {
     Q_OBJECT
-public:
+  public:
     frmMain();
     ~frmMain() override;
 
@@ -225,11 +225,11 @@ public:
     // After a drag moved the thumb: seeks the player to the time the thumb stands for.
     void SeekFromThumb();
 
-public slots:
+  public slots:
     // A command handed over by a later start of the program: "[Restore App]" or a path.
     void Form_LinkExecute(const QString& command);
 
-protected:
+  protected:
     bool queryUnload(UnloadMode mode) override;
     bool unloadEvent() override;
 
@@ -242,7 +242,7 @@ protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
-private:
+  private:
     // ---- Opening media ----
     // Which way a file came in; the messages differ by it.
     enum class OpenEntry { Dialog, CommandLine, Dde, Mru, Drop, PlayCurrent };
@@ -299,8 +299,19 @@ private:
     // A place on the face that takes the mouse.
     struct Area {
         enum Kind {
-            None, Button, VolumeButton, PlayProgress, Balance, SysMenu, Minimize, RollUpBox,
-            Close, MenuWord, Digit, Level, TitleLabel
+            None,
+            Button,
+            VolumeButton,
+            PlayProgress,
+            Balance,
+            SysMenu,
+            Minimize,
+            RollUpBox,
+            Close,
+            MenuWord,
+            Digit,
+            Level,
+            TitleLabel
         };
         Kind kind = None;
         int index = 0;

@@ -139,8 +139,7 @@ void frmMain::OpenHandedOver(const QString& path) {
         // A file played at this moment is stopped.
         CurrentFile = path;
         if (MediaPlayer* mp = frmTemp::get().MP.get()) mp->Stop();
-        if (frmTempCD* cd = Forms::find<frmTempCD>(); cd && cd->CDReader)
-            cd->CDReader->StopAudio();
+        if (frmTempCD* cd = Forms::find<frmTempCD>(); cd && cd->CDReader) cd->CDReader->StopAudio();
     }
 
     // Only the hidden list is replaced; the playlist window gets the name added.

@@ -16,7 +16,7 @@ namespace cantovel {
 
 class frmTemp : public Form {
     Q_OBJECT
-public:
+  public:
     frmTemp();
     ~frmTemp() override;
     // The window, loaded on first touch.
@@ -129,7 +129,7 @@ public:
     void mnuAssociate_Click();         // shell/
     void mnuMinTray_Click();           // shell/
 
-public slots:
+  public slots:
     // ---- Transport menu handlers: they forward to the main window ----
     void mnuPlay_Click();
     // A user stop: no loop follows it.
@@ -147,7 +147,7 @@ public slots:
     void MP_OpenStateChange(int oldState, int newState);
     void MP_PlayStateChange(int oldState, int newState);
 
-private:
+  private:
     void wireTransport();
     void seek(int step);
 

@@ -26,7 +26,7 @@ using namespace cantovel::test;
 namespace {
 
 class StartupTest : public AppTest {
-protected:
+  protected:
     void SetUp() override {
         AppTest::SetUp();
         mixer = std::make_shared<FakeMixer>();
@@ -68,16 +68,16 @@ protected:
 
 // Records the order in which forms unload.
 class Recorder : public Form {
-public:
+  public:
     Recorder(const QString& name, QStringList* log) : Form(name), log_(log) {}
 
-protected:
+  protected:
     bool unloadEvent() override {
         *log_ << formName();
         return false;
     }
 
-private:
+  private:
     QStringList* log_;
 };
 
@@ -130,7 +130,8 @@ TEST_F(StartupTest, FirstStartLoadsTheCaptionlessWindowWithDefaultsAndNoMessage)
     EXPECT_EQ(main->Subclass1.hWnd(), main);
     EXPECT_TRUE(main->Subclass1.messages(0x233));
     EXPECT_FALSE(main->windowFlags() & Qt::WindowStaysOnTopHint);
-    for (auto* t : {&main->Timer1, &main->Timer2, &main->Timer3, &main->CDR_Timer, &main->tmrVolume})
+    for (auto* t :
+         {&main->Timer1, &main->Timer2, &main->Timer3, &main->CDR_Timer, &main->tmrVolume})
         EXPECT_FALSE(t->isEnabled());
 }
 

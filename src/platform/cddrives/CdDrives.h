@@ -12,9 +12,10 @@
 namespace cantovel {
 
 struct CdDrive {
-    QChar Letter;    // 'D', 'E', ...
-    QString Name;    // what a person recognises: the device's model, or the image's file name
-    QString Device;  // what libcdio opens: a device node ("/dev/sr0") or an image (.cue, .toc, .nrg)
+    QChar Letter;  // 'D', 'E', ...
+    QString Name;  // what a person recognises: the device's model, or the image's file name
+    QString
+        Device;  // what libcdio opens: a device node ("/dev/sr0") or an image (.cue, .toc, .nrg)
 };
 
 class CdDrives {

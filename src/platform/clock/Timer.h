@@ -9,7 +9,7 @@ namespace cantovel {
 
 class Timer : public QObject {
     Q_OBJECT
-public:
+  public:
     explicit Timer(int interval = 0, QObject* parent = nullptr);
     ~Timer() override;
 
@@ -22,10 +22,10 @@ public:
     // Raises the tick; the clock calls it.
     void fire() { emit timeout(); }
 
-signals:
+  signals:
     void timeout();
 
-private:
+  private:
     int interval_ = 0;
     bool enabled_ = false;
 };
