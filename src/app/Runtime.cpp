@@ -1,6 +1,7 @@
 #include "app/Runtime.h"
 
 #include <cmath>
+#include <limits>
 #include <random>
 
 #include "platform/Components.h"
@@ -21,6 +22,9 @@ double Val(const QString& text) {
         int start = base ? 2 : 1;
         if (!base) base = 8;  // "&17" is octal too
         qint64 v = 0;
+        // Past 64 bits the digits still count, in floating point.
+        double wide = 0;
+        bool overflow = false;
         int i = start;
         for (; i < s.size(); ++i) {
             int d = s[i].isDigit() ? s[i].digitValue()
@@ -28,8 +32,11 @@ double Val(const QString& text) {
                         ? s[i].toUpper().unicode() - 'A' + 10
                         : -1;
             if (d < 0 || d >= base) break;
-            v = v * base + d;
+            overflow = overflow || v > (std::numeric_limits<qint64>::max() - d) / base;
+            if (!overflow) v = v * base + d;
+            wide = wide * base + d;
         }
+        if (overflow) return wide;
         // Hexadecimal of up to four digits is a 16-bit signed value, up to eight 32-bit.
         if (base == 16 && i - start <= 4 && v > 0x7FFF) v -= 0x10000;
         else if (base == 16 && i - start <= 8 && v > 0x7FFFFFFF) v -= 0x100000000LL;

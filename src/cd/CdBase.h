@@ -101,6 +101,10 @@ class CdBase : public QObject {
 
     // The read answer into the record's properties; the summary text GetCddb gives.
     QString ParseReadResponse(const QString& answer);
+    // A category list or a site list answer into Categories or Sites and their rows; the
+    // code line the list requests go by.
+    QString parseLscat(const QString& answer);
+    QString parseSites(const QString& answer);
     // "OK", or what keeps the record from being submitted.
     QString CheckSubmitData();
 
@@ -152,8 +156,6 @@ class CdBase : public QObject {
     // Connects, greets, asks for a list and gives its row count when it came.
     qint16 listRequest(QString (CdBase::*send)(), QString (CdBase::*parse)(const QString&),
                        const qint16& rows);
-    QString parseLscat(const QString& answer);
-    QString parseSites(const QString& answer);
 
     std::unique_ptr<MciDevice> mci_;
     QString email_, hostName_, appName_ = QStringLiteral("ActiveX"),

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <cmath>
 
 #include "app/Runtime.h"
 #include "support/QtPrinters.h"
@@ -14,6 +15,9 @@ TEST(Runtime, ValReadsTheLeadingNumber) {
     EXPECT_EQ(Val("&HFFFF"), -1);
     EXPECT_EQ(Val(""), 0);
     EXPECT_EQ(Val("3.1.4"), 3.1);
+    // Far too many digits for 64 bits: a large number, not an overflow.
+    EXPECT_DOUBLE_EQ(Val("&O" + QString(30, u'7')), std::pow(8.0, 30) - 1);
+    EXPECT_GT(Val("&H" + QString(20, u'F')), 1e24);
 }
 
 TEST(Runtime, BooleanTexts) {
