@@ -50,7 +50,7 @@ int SubMain(const QStringList& arguments) {
     QStringList args = arguments;
     const bool handOff = args.size() > 1 && args[1] == DesktopAssociations::handOffSwitch();
     if (handOff) args.removeAt(1);
-    if (link && link->otherInstanceRunning()) {
+    if (link && !link->claim()) {
         // A plain second start never reads its own command line: it restores the first
         // one and ends, whatever happens on the way. A hand-off (the desktop's way of the
         // shell's DDE) sends its path instead.
@@ -65,7 +65,7 @@ int SubMain(const QStringList& arguments) {
 
     auto* main = new frmMain();
     if (link) {
-        link->listen();
+        // Commands that came before the window are delivered once the event loop runs.
         QObject::connect(link.get(), &InstanceLink::commandReceived, main,
                          &frmMain::Form_LinkExecute);
         runningLink() = std::move(link);

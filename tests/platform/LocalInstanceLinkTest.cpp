@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QTimer>
 #include <cstdio>
 
@@ -21,14 +23,17 @@ constexpr int Generous = 10000;  // a bound for waits that should end at once
 // Runs this test program again as a second instance doing `mode` (see InstanceLinkChild).
 class Child {
   public:
-    Child(const QString& folder, const QString& mode) {
+    Child(const QString& folder, const QString& mode, const QStringList& extra = {}) {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        for (const QString& pair : extra)
+            env.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
         env.insert("CANTOVEL_LINK_CHILD", mode);
         env.insert("CANTOVEL_LINK_FOLDER", folder);
         process.setProcessEnvironment(env);
         process.setProgram(QCoreApplication::applicationFilePath());
         process.setArguments({"--gtest_filter=InstanceLinkChild.*"});
         process.start();
+        pid = process.processId();
     }
     ~Child() {
         if (process.state() != QProcess::NotRunning) {
@@ -50,6 +55,7 @@ class Child {
         return ended && process.exitStatus() == QProcess::NormalExit;
     }
     QProcess process;
+    qint64 pid = 0;
     QByteArray output;
 };
 
@@ -88,6 +94,27 @@ TEST(InstanceLinkChild, Run) {
     const QString mode = qEnvironmentVariable("CANTOVEL_LINK_CHILD");
     if (mode.isEmpty()) GTEST_SKIP() << "runs only as the second process of the link tests";
     LocalInstanceLink link(qEnvironmentVariable("CANTOVEL_LINK_FOLDER"));
+    if (mode == "race") {
+        // Several starts at one moment: each claims the place, the losers hand over.
+        const qint64 at = qEnvironmentVariable("CANTOVEL_LINK_AT").toLongLong();
+        while (QDateTime::currentMSecsSinceEpoch() < at) QThread::usleep(200);
+        if (!link.claim()) {
+            QString error;
+            const bool sent =
+                link.execute(QString::number(QCoreApplication::applicationPid()), Generous, &error);
+            say(sent ? "SENT" : "FAILED:" + error.toUtf8());
+            return;
+        }
+        say("RUNNING");
+        const int senders = qEnvironmentVariableIntValue("CANTOVEL_LINK_RACERS") - 1;
+        int got = 0;
+        QObject::connect(&link, &InstanceLink::commandReceived, [&](const QString& c) {
+            say("GOT:" + c.toUtf8());
+            ++got;
+        });
+        waitUntil([&] { return got == senders; });
+        return;
+    }
     ASSERT_TRUE(link.listen());
     if (mode == "crash") {
         say("LISTENING");
@@ -208,4 +235,32 @@ TEST_F(InstanceLinkTest, ALockLeftByADeadProcessIsNoRunningInstance) {
     EXPECT_TRUE(second.otherInstanceRunning());
     EXPECT_TRUE(second.execute("x", Generous, &error)) << error.toStdString();
     EXPECT_TRUE(waitUntil([&] { return received == QStringList({"x"}); }));
+}
+
+TEST_F(InstanceLinkTest, StartsAtTheSameMomentLeaveOneRunningInstanceThatHearsTheRest) {
+    constexpr int racers = 4;
+    const QString at = QString::number(QDateTime::currentMSecsSinceEpoch() + 1500);
+    std::vector<std::unique_ptr<Child>> children;
+    for (int i = 0; i < racers; ++i)
+        children.push_back(std::make_unique<Child>(
+            dir.path(), "race",
+            QStringList{"CANTOVEL_LINK_AT=" + at,
+                        "CANTOVEL_LINK_RACERS=" + QString::number(racers)}));
+    int running = 0, sent = 0;
+    QByteArray heard;
+    for (auto& child : children) {
+        ASSERT_TRUE(child->finish()) << child->output.toStdString();
+        if (child->output.contains("RUNNING\n")) {
+            ++running;
+            heard = child->output;
+        }
+        if (child->output.contains("SENT\n")) ++sent;
+    }
+    EXPECT_EQ(running, 1);
+    EXPECT_EQ(sent, racers - 1);
+    for (auto& child : children)
+        if (child->output.contains("SENT\n")) {
+            const QByteArray pid = QByteArray::number(child->pid);
+            EXPECT_TRUE(heard.contains("GOT:" + pid + "\n")) << heard.toStdString();
+        }
 }

@@ -10,11 +10,11 @@ namespace cantovel::test {
 // sending succeeds, and what was sent.
 class FakeInstanceLink : public InstanceLink {
     Q_OBJECT
-public:
+  public:
     bool otherInstanceRunning() override { return otherRunning; }
     bool listen() override {
-        listening = true;
-        return true;
+        listening = !otherRunning;
+        return listening;
     }
     bool execute(const QString& command, int timeoutMs, QString* error) override {
         sent << command;

@@ -18,6 +18,11 @@ class InstanceLink : public QObject {
     virtual bool otherInstanceRunning() = 0;
     // Makes this process the running instance and listens for commands.
     virtual bool listen() = 0;
+    // Takes the running instance's place unless another instance holds it. The lock
+    // decides, so of two starts at the same moment exactly one wins. False when this
+    // process should hand over to the running one; true also when no link can be made
+    // here, and the program then runs on its own.
+    bool claim() { return listen() || !otherInstanceRunning(); }
     // Sends one command to the running instance and waits up to `timeoutMs` for its
     // acknowledgement. On failure `error` says why.
     virtual bool execute(const QString& command, int timeoutMs, QString* error) = 0;

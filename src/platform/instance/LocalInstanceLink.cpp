@@ -144,10 +144,18 @@ bool LocalInstanceLink::execute(const QString& command, int timeoutMs, QString* 
         &socket, &QLocalSocket::errorOccurred, &loop, [&](QLocalSocket::LocalSocketError e) {
             switch (e) {
                 case QLocalSocket::ServerNotFoundError:
-                    finish(false, QStringLiteral("No running instance listens."));
-                    break;
                 case QLocalSocket::ConnectionRefusedError:
-                    finish(false, QStringLiteral("The running instance refused the link."));
+                    // An instance that holds the lock but has no socket yet is starting:
+                    // it listens in a moment, within the wait.
+                    if (otherInstanceRunning()) {
+                        QTimer::singleShot(10, &loop, [&] {
+                            if (!done) socket.connectToServer(socketPath());
+                        });
+                    } else if (e == QLocalSocket::ServerNotFoundError) {
+                        finish(false, QStringLiteral("No running instance listens."));
+                    } else {
+                        finish(false, QStringLiteral("The running instance refused the link."));
+                    }
                     break;
                 case QLocalSocket::PeerClosedError:
                     finish(false, QStringLiteral("The running instance closed the link "
