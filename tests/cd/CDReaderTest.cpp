@@ -17,7 +17,6 @@
 #include "support/DiscImage.h"
 #include "support/FakeFormatChooser.h"
 #include "support/ScopedEnv.h"
-#include "support/TestMedia.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
