@@ -149,6 +149,17 @@ SoundInfo readSoundInfo(const QString& path) {
     return {true, info.samplerate, info.channels, info.frames, info.format};
 }
 
+QByteArray readPcm16(const QString& path) {
+    SF_INFO info;
+    std::memset(&info, 0, sizeof info);
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!file) return {};
+    QByteArray data(qsizetype(info.frames * info.channels * 2), '\0');
+    const sf_count_t got = sf_readf_short(file, reinterpret_cast<short*>(data.data()), info.frames);
+    sf_close(file);
+    return data.left(qsizetype(got * info.channels * 2));
+}
+
 Mp3Info decodeMp3(const QString& path) {
     mpg123_init();
     mpg123_handle* h = mpg123_new(nullptr, nullptr);

@@ -37,6 +37,8 @@ struct SoundInfo {
     int format = 0;  // libsndfile format code
 };
 SoundInfo readSoundInfo(const QString& path);
+// The samples of a sound file as interleaved 16-bit little-endian bytes, as on a CD.
+QByteArray readPcm16(const QString& path);
 
 // An MP3 fully decoded by mpg123: its rate and channels, the samples a channel it gives,
 // its first frame's bit rate and mode; ok false when mpg123 finds no MPEG audio.

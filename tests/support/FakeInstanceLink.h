@@ -10,7 +10,7 @@ namespace cantovel::test {
 // sending succeeds, and what was sent.
 class FakeInstanceLink : public InstanceLink {
     Q_OBJECT
-public:
+  public:
     bool otherInstanceRunning() override { return otherRunning; }
     bool listen() override {
         listening = true;
