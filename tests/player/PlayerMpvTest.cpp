@@ -5,8 +5,8 @@
 #include "PlayerTest.h"
 #include "platform/clock/QtClock.h"
 #include "platform/mediaplayer/MpvMediaPlayer.h"
-#include "support/ScopedEnv.h"
 #include "support/AudioFixtures.h"
+#include "support/ScopedEnv.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
