@@ -83,17 +83,15 @@ class Recorder : public Form {
 
 }  // namespace
 
-TEST_F(StartupTest, SecondStartRestoresTheFirstAndEnds) {
+TEST_F(StartupTest, SecondStartRestoresTheFirstOrSaysWhyNotAndEnds) {
     otherRunning = true;
     EXPECT_EQ(SubMain({QStringLiteral("cantovel"), QStringLiteral("/some/file.mp3")}), 0);
     EXPECT_EQ(sent, QStringList{QStringLiteral("[Restore App]")});
     EXPECT_EQ(sentTimeout, 200);
     EXPECT_EQ(frmMain::instance(), nullptr);
     EXPECT_TRUE(msgBox().shown.isEmpty());
-}
 
-TEST_F(StartupTest, FailedLinkSaysSoAndStillEnds) {
-    otherRunning = true;
+    // A failed link says so and still ends.
     linkError = QStringLiteral("the running instance did not answer");
     EXPECT_EQ(SubMain({QStringLiteral("cantovel")}), 0);
     ASSERT_EQ(msgBox().shown.size(), 1);
@@ -133,6 +131,10 @@ TEST_F(StartupTest, FirstStartLoadsTheCaptionlessWindowWithDefaultsAndNoMessage)
     for (auto* t :
          {&main->Timer1, &main->Timer2, &main->Timer3, &main->CDR_Timer, &main->tmrVolume})
         EXPECT_FALSE(t->isEnabled());
+    // The restore command brings back a minimised window.
+    main->showMinimized();
+    lastLink->deliver("[Restore App]");
+    EXPECT_FALSE(main->isMinimized());
 }
 
 TEST_F(StartupTest, VolumesComeFromTheSettingAndTheMixer) {
@@ -189,7 +191,7 @@ TEST_F(StartupTest, UnloadingTheMainWindowEndsTheRunningEventLoop) {
     EXPECT_FALSE(IsFormLoaded("frmMain"));
 }
 
-TEST_F(StartupTest, SavedPositionIsUsedOnlyWithPositionOn) {
+TEST_F(StartupTest, SavedPositionIsUsedOnlyWithPositionOnAndOntopMakesItTopmost) {
     SaveAppSetting("Main Window Left", "1500");
     SaveAppSetting("Main Window Top", "750");
     {
@@ -200,14 +202,10 @@ TEST_F(StartupTest, SavedPositionIsUsedOnlyWithPositionOn) {
     SaveAppSetting("Main Window Left", "1500");
     SaveAppSetting("Main Window Top", "750");
     SaveAppSetting("Position", "1");
+    SaveAppSetting("Always Ontop", "1");
     frmMain* main = start();
     const double tpp = 1440.0 / main->screen()->logicalDotsPerInchX();
     EXPECT_EQ(main->pos(), QPoint(int(1500 / tpp), int(750 / tpp)));
-}
-
-TEST_F(StartupTest, AlwaysOntopMakesTheWindowTopmost) {
-    SaveAppSetting("Always Ontop", "1");
-    frmMain* main = start();
     EXPECT_TRUE(main->windowFlags() & Qt::WindowStaysOnTopHint);
     EXPECT_TRUE(main->isVisible());
 }
@@ -220,13 +218,6 @@ TEST_F(StartupTest, UnloadClosesEveryOtherFormLastFirst) {
     ASSERT_TRUE(main->unload());
     EXPECT_EQ(log, (QStringList{"frmSecond", "frmFirst"}));
     EXPECT_EQ(Forms::count(), 0);
-}
-
-TEST_F(StartupTest, RestoreCommandBringsBackAMinimisedWindow) {
-    frmMain* main = start();
-    main->showMinimized();
-    lastLink->deliver("[Restore App]");
-    EXPECT_FALSE(main->isMinimized());
 }
 
 TEST_F(StartupTest, CommandLinePathWithBlanksIsOnePath) {

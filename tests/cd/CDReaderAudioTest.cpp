@@ -4,10 +4,10 @@
 #include <QTemporaryDir>
 #include <memory>
 
-#include "cd/CDReaderDrives.h"
 #include "platform/cdaudio/CdAudioPlayer.h"
 #include "support/AudioFixtures.h"
 #include "support/DiscImage.h"
+#include "support/ImageDrives.h"
 #include "support/ScopedEnv.h"
 
 using namespace cantovel;

@@ -2,12 +2,12 @@
 // "Track02.cda" from the drive's folder plays that track with the time running.
 #include <gtest/gtest.h>
 
-#include "cd/CDReaderDrives.h"
 #include "platform/cdreader/CdioCDReader.h"
 #include "platform/clock/QtClock.h"
 #include "player/PlayerTest.h"
 #include "player/frmTempCD.h"
 #include "support/DiscImage.h"
+#include "support/ImageDrives.h"
 #include "support/ScopedEnv.h"
 
 using namespace cantovel;

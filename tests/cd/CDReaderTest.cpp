@@ -9,37 +9,19 @@
 #include <vector>
 
 #include "app/Settings.h"
-#include "cd/CDReaderDrives.h"
 #include "platform/Components.h"
 #include "platform/cdreader/CdioCDReader.h"
 #include "support/AppTest.h"
 #include "support/AudioFixtures.h"
 #include "support/DiscImage.h"
 #include "support/FakeFormatChooser.h"
+#include "support/ImageDrives.h"
 #include "support/ScopedEnv.h"
-#include "support/TestMedia.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
 
 namespace {
-
-// The samples of a WAV, as 16-bit values.
-std::vector<short> wavSamples(const QString& path) {
-    SF_INFO info{};
-    SNDFILE* f = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
-    if (!f) return {};
-    std::vector<short> samples(size_t(info.frames * info.channels));
-    sf_readf_short(f, samples.data(), info.frames);
-    sf_close(f);
-    return samples;
-}
-
-std::vector<short> asSamples(const QByteArray& bytes) {
-    std::vector<short> s(size_t(bytes.size() / 2));
-    std::memcpy(s.data(), bytes.constData(), s.size() * 2);
-    return s;
-}
 
 class CDReaderTest : public AppTest {
   protected:
@@ -203,7 +185,7 @@ TEST_F(CDReaderTest, CopiesATrackToAWavHoldingExactlyTheDiscsSamples) {
     EXPECT_EQ(info.rate, 44100);
     EXPECT_EQ(info.channels, 2);
     EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-    EXPECT_EQ(wavSamples(file), asSamples(DiscImage::pcm(2, 0, 225)));
+    EXPECT_EQ(readPcm16(file), DiscImage::pcm(2, 0, 225));
 }
 
 TEST_F(CDReaderTest, EveryCopyModeReadsTheSameSamples) {
@@ -215,7 +197,7 @@ TEST_F(CDReaderTest, EveryCopyModeReadsTheSameSamples) {
         const QString file = tempDir() + QStringLiteral("/mode%1.wav").arg(mode);
         reader->CopyTrack(0, file);
         ASSERT_TRUE(copyEnds());
-        EXPECT_EQ(wavSamples(file), asSamples(DiscImage::pcm(1, 0, 300))) << mode;
+        EXPECT_EQ(readPcm16(file), DiscImage::pcm(1, 0, 300)) << mode;
     }
 }
 

@@ -26,7 +26,7 @@ TEST_F(CdBaseTest, StartsWithTheClassicValues) {
     EXPECT_TRUE(c.Server.isEmpty());
 }
 
-TEST_F(CdBaseTest, DiscIdOfTheExampleDiscOnAClosedDeviceOpensComputesAndCloses) {
+TEST_F(CdBaseTest, DiscIdOfTheExampleDiscOnAClosedDeviceOpensComputesAndClosesAnOpenOneStays) {
     CdBase& c = make();
     EXPECT_EQ(c.Cdid(), "0e021a03");
     EXPECT_EQ(c.DiscLength, 538);
@@ -36,10 +36,9 @@ TEST_F(CdBaseTest, DiscIdOfTheExampleDiscOnAClosedDeviceOpensComputesAndCloses) 
     EXPECT_EQ(mci->commands, (QStringList{"Open", "Close"}));
     EXPECT_FALSE(mci->open);
     EXPECT_EQ(c.GetQueryString(), "0e021a03 3 150 15010 27755 538");
-}
 
-TEST_F(CdBaseTest, AnOpenDeviceStaysOpen) {
-    CdBase& c = make();
+    // An open device stays open.
+    mci->commands.clear();
     c.setCommand("open");
     EXPECT_EQ(c.Command(), "open");
     EXPECT_EQ(mci->deviceType(), "CDAudio");
@@ -60,7 +59,7 @@ TEST_F(CdBaseTest, ADigitSumTotalOf255StartsTheIdWithZeros) {
     EXPECT_EQ(id, "00" + QString("%1").arg(400 - 69, 4, 16, QChar('0')) + "11");
 }
 
-TEST_F(CdBaseTest, NoDiscGivesAnEmptyIdAndLeavesTheDeviceOpen) {
+TEST_F(CdBaseTest, NoDiscOrNoDeviceGivesAnEmptyId) {
     CdBase& c = make();
     mci->setDisc({}, 0);
     c.DiscLength = 77;
@@ -71,10 +70,10 @@ TEST_F(CdBaseTest, NoDiscGivesAnEmptyIdAndLeavesTheDeviceOpen) {
     EXPECT_EQ(c.Tracks, 0);
     EXPECT_EQ(c.DiscLength, 77);
     EXPECT_TRUE(msgBox().shown.isEmpty());
-}
 
-TEST_F(CdBaseTest, ADeviceThatWillNotOpenGivesAnEmptyId) {
-    CdBase& c = make();
+    // A device that will not open gives an empty id, whatever disc it holds.
+    c.setCommand("Close");
+    mci->setDisc({150, 15010, 27755}, 40500);
     mci->canOpen = false;
     c.setCommand("Open");
     EXPECT_EQ(c.LastError().Description, "Unable to open device");
@@ -83,7 +82,7 @@ TEST_F(CdBaseTest, ADeviceThatWillNotOpenGivesAnEmptyId) {
     EXPECT_EQ(c.CurrentTrack(), 0);
 }
 
-TEST_F(CdBaseTest, PositionIsTimeFromTheStartOfTrackOne) {
+TEST_F(CdBaseTest, PositionIsTimeFromTheStartOfTrackOneAndTheLaterTrackAtABoundary) {
     CdBase& c = make();
     c.setCommand("Open");
     mci->position = 150 + 65 * 75 + 3;
@@ -94,11 +93,8 @@ TEST_F(CdBaseTest, PositionIsTimeFromTheStartOfTrackOne) {
     EXPECT_EQ(c.Position(5), "");
     mci->position = 150 + 600 * 75;
     EXPECT_EQ(c.Position(4), "10:00");
-}
 
-TEST_F(CdBaseTest, CurrentTrackAtABoundaryIsTheLaterTrack) {
-    CdBase& c = make();
-    c.setCommand("Open");
+    // The current track at a boundary is the later track.
     mci->position = 15010;
     EXPECT_EQ(c.CurrentTrack(), 2);
     mci->position = 15009;

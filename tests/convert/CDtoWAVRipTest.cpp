@@ -11,7 +11,6 @@
 
 #include "app/AppState.h"
 #include "app/Forms.h"
-#include "cd/CDReaderDrives.h"
 #include "cd/CDTrackListView.h"
 #include "convert/frmCDtoWAV.h"
 #include "convert/frmCopyDlg.h"
@@ -23,21 +22,12 @@
 #include "support/FakeFileDialogs.h"
 #include "support/FakeMediaPlayer.h"
 #include "support/FakeMixer.h"
+#include "support/ImageDrives.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
 
 namespace {
-
-QByteArray wavData(const QString& path) {
-    SF_INFO info{};
-    SNDFILE* f = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
-    if (!f) return {};
-    QByteArray data(int(info.frames * info.channels * 2), '\0');
-    sf_readf_short(f, reinterpret_cast<short*>(data.data()), info.frames);
-    sf_close(f);
-    return data;
-}
 
 class CDtoWAVRipTest : public AppTest {
   protected:
@@ -89,8 +79,8 @@ TEST_F(CDtoWAVRipTest, RipsBothTracksToWavFilesHoldingTheDiscsSamples) {
     EXPECT_EQ(info.rate, 44100);
     EXPECT_EQ(info.channels, 2);
     EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-    EXPECT_EQ(wavData(tempDir() + QStringLiteral("/Rip01.wav")), DiscImage::pcm(1, 0, 600));
-    EXPECT_EQ(wavData(tempDir() + QStringLiteral("/Rip02.wav")), DiscImage::pcm(2, 0, 450));
+    EXPECT_EQ(readPcm16(tempDir() + QStringLiteral("/Rip01.wav")), DiscImage::pcm(1, 0, 600));
+    EXPECT_EQ(readPcm16(tempDir() + QStringLiteral("/Rip02.wav")), DiscImage::pcm(2, 0, 450));
 }
 
 }  // namespace

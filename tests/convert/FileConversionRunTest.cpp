@@ -17,7 +17,6 @@
 #include "platform/mp3encoder/LameMp3Encoder.h"
 #include "platform/wavechain/SndfileWaveChain.h"
 #include "support/AudioFixtures.h"
-#include "support/TestMedia.h"
 
 using namespace cantovel;
 using namespace cantovel::test;

@@ -102,26 +102,25 @@ TEST_F(DesktopShellTest, MissingTargetsGiveTheClassicCodes) {
     EXPECT_TRUE(recorder.urls.isEmpty());
 }
 
-TEST_F(DesktopShellTest, StartedProgramIsFollowedUntilItEnds) {
+TEST_F(DesktopShellTest, StartedProgramIsFollowedUntilItEndsAndAZombieIsNotRunning) {
+    const auto waitGone = [&](qint64 pid) {
+        QDeadlineTimer deadline(20000);
+        while (shell.isRunning(pid) && !deadline.hasExpired()) QThread::msleep(10);
+        return !shell.isRunning(pid);
+    };
     qint64 pid = 0;
     ASSERT_EQ(shell.start("sh", {"-c", "exec sleep 60"}, home, &pid), 42);
     ASSERT_GT(pid, 0);
     EXPECT_TRUE(shell.isRunning(pid));
     ::kill(pid_t(pid), SIGKILL);
-    QDeadlineTimer deadline(20000);
-    while (shell.isRunning(pid) && !deadline.hasExpired()) QThread::msleep(10);
-    EXPECT_FALSE(shell.isRunning(pid));
+    EXPECT_TRUE(waitGone(pid));
     EXPECT_FALSE(shell.isRunning(0));
-}
 
-TEST_F(DesktopShellTest, AZombieIsNotRunning) {
     const pid_t child = fork();
     if (child == 0) _exit(0);
     ASSERT_GT(child, 0);
     // Not reaped yet: the process is a zombie until waitpid.
-    QDeadlineTimer deadline(20000);
-    while (shell.isRunning(child) && !deadline.hasExpired()) QThread::msleep(10);
-    EXPECT_FALSE(shell.isRunning(child));
+    EXPECT_TRUE(waitGone(child));
     EXPECT_EQ(::kill(child, 0), 0);  // still there as a zombie
     ::waitpid(child, nullptr, 0);
     EXPECT_TRUE(shell.isRunning(::getpid()));

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QEventLoop>
+#include <QFile>
 #include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -13,8 +14,10 @@
 #include <cstdio>
 
 #include "platform/instance/LocalInstanceLink.h"
+#include "support/AudioFixtures.h"
 
 using namespace cantovel;
+using cantovel::test::waitUntil;
 
 namespace {
 
@@ -58,20 +61,6 @@ class Child {
     qint64 pid = 0;
     QByteArray output;
 };
-
-// Lets events run until `done` answers true or `ms` pass; returns `done()`.
-bool waitUntil(const std::function<bool()>& done, int ms = Generous) {
-    QEventLoop loop;
-    QTimer beat, limit;
-    QObject::connect(&beat, &QTimer::timeout, &loop, [&] {
-        if (done()) loop.quit();
-    });
-    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
-    beat.start(5);
-    limit.start(ms);
-    if (!done()) loop.exec();
-    return done();
-}
 
 // The commands a link received.
 QStringList* record(InstanceLink& link) {
@@ -145,6 +134,11 @@ TEST_F(InstanceLinkTest, RestoreAppArrivesAndIsAcknowledged) {
     ASSERT_FALSE(first.otherInstanceRunning());
     ASSERT_TRUE(first.listen());
     EXPECT_FALSE(first.otherInstanceRunning());  // it is the running instance itself
+    // The socket is the owner's only.
+    ASSERT_TRUE(QFileInfo::exists(first.socketPath()));
+    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
+                        QFile::WriteOther | QFile::ExeOther;
+    EXPECT_EQ(QFileInfo(first.socketPath()).permissions() & others, 0);
     QStringList& received = *record(first);
 
     LocalInstanceLink second(dir.path());
@@ -158,16 +152,6 @@ TEST_F(InstanceLinkTest, RestoreAppArrivesAndIsAcknowledged) {
 
     ASSERT_TRUE(waitUntil([&] { return received.size() == 2; }));
     EXPECT_EQ(received, QStringList({"[Restore App]", path}));
-}
-
-TEST_F(InstanceLinkTest, TheSocketIsTheOwnersOnly) {
-    LocalInstanceLink link(dir.path());
-    ASSERT_TRUE(link.listen());
-    const QFileInfo socket(link.socketPath());
-    ASSERT_TRUE(socket.exists());
-    const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
-                        QFile::WriteOther | QFile::ExeOther;
-    EXPECT_EQ(socket.permissions() & others, 0);
 }
 
 TEST_F(InstanceLinkTest, NoInstanceIsAnErrorWithoutWaiting) {

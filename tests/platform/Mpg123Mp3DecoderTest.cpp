@@ -45,15 +45,22 @@ struct Stream {
     int rate;
     int channels;
     int kbps;
+    int layer;
 };
 
 class DecoderStreams : public Mpg123Mp3DecoderTest, public ::testing::WithParamInterface<Stream> {};
 
 TEST_P(DecoderStreams, WriteA16BitWavOfTheStreamsLengthRateAndChannels) {
     const Stream s = GetParam();
-    ASSERT_TRUE(writeMp3Tone(path("a.mp3"), 3.0, s.rate, s.channels, s.kbps));
+    if (s.layer == 2) {
+        if (!writeMp2Tone(path("a.mp3"), 3.0, s.rate, s.channels, s.kbps))
+            GTEST_SKIP() << "no layer 2 encoder on this machine";
+    } else {
+        ASSERT_TRUE(writeMp3Tone(path("a.mp3"), 3.0, s.rate, s.channels, s.kbps));
+    }
     const Mp3Info mp3 = decodeMp3(path("a.mp3"));
     ASSERT_TRUE(mp3.ok);
+    ASSERT_EQ(mp3.layer, s.layer);
 
     DecoderUnderTest t;
     ASSERT_TRUE(t.decode(path("a.mp3"), path("a.wav")));
@@ -63,8 +70,7 @@ TEST_P(DecoderStreams, WriteA16BitWavOfTheStreamsLengthRateAndChannels) {
     EXPECT_EQ(wav.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
     EXPECT_EQ(wav.rate, s.rate);
     EXPECT_EQ(wav.channels, s.channels);
-    // Every sample mpg123 gives, and about the three seconds that went in (the encoder's
-    // delay and padding come on top without a length tag).
+    // Every sample mpg123 gives, and about the three seconds that went in.
     EXPECT_EQ(wav.frames, mp3.samples);
     EXPECT_NEAR(double(wav.frames) / s.rate, 3.0, 3 * 1152.0 / s.rate);
 
@@ -75,25 +81,11 @@ TEST_P(DecoderStreams, WriteA16BitWavOfTheStreamsLengthRateAndChannels) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, DecoderStreams,
-                         ::testing::Values(Stream{"stereo44", 44100, 2, 128},
-                                           Stream{"mono22", 22050, 1, 64},
-                                           Stream{"stereo48", 48000, 2, 192}),
+                         ::testing::Values(Stream{"stereo44", 44100, 2, 128, 3},
+                                           Stream{"mono22", 22050, 1, 64, 3},
+                                           Stream{"stereo48", 48000, 2, 192, 3},
+                                           Stream{"layer2", 48000, 2, 192, 2}),
                          [](const auto& info) { return std::string(info.param.name); });
-
-TEST_F(Mpg123Mp3DecoderTest, DecodesLayerTwoToo) {
-    if (!writeMp2Tone(path("a.mp2"), 2.0, 48000, 2, 192))
-        GTEST_SKIP() << "no layer 2 encoder on this machine";
-    const Mp3Info mp2 = decodeMp3(path("a.mp2"));
-    ASSERT_TRUE(mp2.ok);
-    ASSERT_EQ(mp2.layer, 2);
-    DecoderUnderTest t;
-    ASSERT_TRUE(t.decode(path("a.mp2"), path("a.wav")));
-    const SoundInfo wav = readSoundInfo(path("a.wav"));
-    EXPECT_EQ(wav.rate, 48000);
-    EXPECT_EQ(wav.channels, 2);
-    EXPECT_EQ(wav.frames, mp2.samples);
-    EXPECT_NEAR(double(wav.frames) / 48000, 2.0, 2 * 1152.0 / 48000);
-}
 
 TEST_F(Mpg123Mp3DecoderTest, ASourceWithoutMpegAudioRaisesTheRefusal) {
     ASSERT_TRUE(writeTone(path("pcm.mp3"), 1.0, 44100, 2));

@@ -8,8 +8,8 @@
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
 #include "platform/mediaplayer/MpvMediaPlayer.h"
+#include "support/AudioFixtures.h"
 #include "support/ScopedEnv.h"
-#include "support/TestMedia.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -62,8 +62,8 @@ class MpvMediaPlayerTest : public ::testing::Test {
 };
 
 TEST_F(MpvMediaPlayerTest, OpensWavAndMp3WithTheirLengthAndStopped) {
-    ASSERT_TRUE(writeToneWav(path("tone.wav"), 3.0));
-    ASSERT_TRUE(writeToneMp3(path("tone.mp3"), 2.5));
+    ASSERT_TRUE(writeTone(path("tone.wav"), 3.0));
+    ASSERT_TRUE(writeMp3Tone(path("tone.mp3"), 2.5));
     MpvMediaPlayer& mp = make();
     EXPECT_EQ(mp.PlayState(), MediaPlayer::mpClosed);
 
@@ -91,7 +91,7 @@ TEST_F(MpvMediaPlayerTest, OpensWavAndMp3WithTheirLengthAndStopped) {
 }
 
 TEST_F(MpvMediaPlayerTest, PlaysToTheEndAndKeepsTheFileOpen) {
-    ASSERT_TRUE(writeToneMp3(path("tone.mp3"), 2.0));
+    ASSERT_TRUE(writeMp3Tone(path("tone.mp3"), 2.0));
     MpvMediaPlayer& mp = make();
     ASSERT_EQ(mp.setFileName(path("tone.mp3")), 0);
     mp.Play();
@@ -132,14 +132,14 @@ TEST_F(MpvMediaPlayerTest, RefusesDamagedAndMissingFiles) {
     EXPECT_TRUE(plays.empty());
 
     // A good file afterwards opens normally and clears the error.
-    ASSERT_TRUE(writeToneWav(path("tone.wav"), 1.0));
+    ASSERT_TRUE(writeTone(path("tone.wav"), 1.0));
     EXPECT_EQ(mp.setFileName(path("tone.wav")), 0);
     EXPECT_EQ(mp.lastError(), 0);
 }
 
 TEST_F(MpvMediaPlayerTest, PauseStopAndTheEmptyName) {
     env.set("CANTOVEL_MPV_UNTIMED", QByteArray("0"));
-    ASSERT_TRUE(writeToneWav(path("long.wav"), 60.0, 8000, 1));
+    ASSERT_TRUE(writeTone(path("long.wav"), 60.0, 8000, 1));
     MpvMediaPlayer& mp = make();
     ASSERT_EQ(mp.setFileName(path("long.wav")), 0);
     mp.Pause();  // nothing to pause yet
@@ -166,7 +166,7 @@ TEST_F(MpvMediaPlayerTest, PauseStopAndTheEmptyName) {
 }
 
 TEST_F(MpvMediaPlayerTest, PositionSeeksAndClamps) {
-    ASSERT_TRUE(writeToneWav(path("tone.wav"), 4.0));
+    ASSERT_TRUE(writeTone(path("tone.wav"), 4.0));
     MpvMediaPlayer& mp = make();
     ASSERT_EQ(mp.setFileName(path("tone.wav")), 0);
     mp.setCurrentPosition(1.5);
@@ -183,7 +183,7 @@ TEST_F(MpvMediaPlayerTest, PositionSeeksAndClamps) {
 }
 
 TEST_F(MpvMediaPlayerTest, VolumeAndBalanceReachMpv) {
-    ASSERT_TRUE(writeToneWav(path("mono.wav"), 1.0, 22050, 1));
+    ASSERT_TRUE(writeTone(path("mono.wav"), 1.0, 22050, 1));
     MpvMediaPlayer& mp = make();
     mp.setVolume(-5000);
     EXPECT_EQ(mp.Volume(), -5000);
@@ -232,8 +232,8 @@ TEST_F(MpvMediaPlayerTest, PictureSizeSizesTheVideoWidget) {
 }
 
 TEST_F(MpvMediaPlayerTest, HandlerMayReplaceTheFileInsideAnEvent) {
-    ASSERT_TRUE(writeToneWav(path("a.wav"), 1.0));
-    ASSERT_TRUE(writeToneWav(path("b.wav"), 2.0));
+    ASSERT_TRUE(writeTone(path("a.wav"), 1.0));
+    ASSERT_TRUE(writeTone(path("b.wav"), 2.0));
     MpvMediaPlayer& mp = make();
     // As a queue does: the end of one entry opens and plays the next.
     QObject::connect(&mp, &MediaPlayer::PlayStateChange, [&](int o, int n) {

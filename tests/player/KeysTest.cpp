@@ -44,7 +44,7 @@ class KeysTest : public MainWindowFixture {
     ScopedEnv env;
 };
 
-TEST_F(KeysTest, AltLettersOpenTheMenusBelowTheirWords) {
+TEST_F(KeysTest, AltLettersAndClicksOpenTheMenusBelowTheirWords) {
     frmMain& m = load();
     struct Case {
         char key;
@@ -61,10 +61,7 @@ TEST_F(KeysTest, AltLettersOpenTheMenusBelowTheirWords) {
         EXPECT_EQ(c.menu->pos(), m.mapToGlobal(c.at)) << c.key;
         c.menu->hide();
     }
-}
-
-TEST_F(KeysTest, AClickOnAMenuWordOpensItsMenu) {
-    frmMain& m = load();
+    // A click on a menu word opens its menu too.
     click(m, QPoint(100, 27));
     EXPECT_TRUE(temp().mnuConversions->isVisible());
     EXPECT_EQ(temp().mnuConversions->pos(), m.mapToGlobal(QPoint(88, 38)));
@@ -109,16 +106,12 @@ TEST_F(KeysTest, ThePlaybackMenuAdaptsToWhatPlays) {
     EXPECT_TRUE(temp().mnuSeekNext->isEnabled());
 }
 
-TEST_F(KeysTest, CtrlRRollsUpAndTheMenuRollsDown) {
+TEST_F(KeysTest, CtrlRRollsUpTheMenuRollsDownShiftF3OpensTheSettings) {
     frmMain& m = load();
     m.Form_KeyDown('R', Ctrl);
     EXPECT_EQ(m.height(), 38);
     temp().mnuRollup->trigger();
     EXPECT_EQ(m.height(), 175);
-}
-
-TEST_F(KeysTest, ShiftF3OpensTheGeneralSettings) {
-    frmMain& m = load();
     m.Form_KeyDown(F3, Shift);
     auto* settings = Forms::find<frmSettings>();
     ASSERT_NE(settings, nullptr);
@@ -158,17 +151,15 @@ TEST_F(KeysTest, TheSystemMenuAreaOpensTheMenuAndADoubleClickCloses) {
     temp().mnuSysMenu->hide();
     mouse(m, QEvent::MouseButtonDblClick, QPoint(8, 8), Qt::LeftButton, Qt::LeftButton);
     EXPECT_EQ(frmMain::instance(), nullptr);
-}
 
-TEST_F(KeysTest, ARightClickOnTheCaptionRowsOpensTheSystemMenu) {
-    frmMain& m = load();
-    press(m, QPoint(150, 8), Qt::RightButton);
-    release(m, QPoint(150, 8), Qt::RightButton);
+    // A right click on the caption rows opens it as well, lower down nothing.
+    frmMain& again = load();
+    press(again, QPoint(150, 8), Qt::RightButton);
+    release(again, QPoint(150, 8), Qt::RightButton);
     EXPECT_TRUE(temp().mnuSysMenu->isVisible());
     temp().mnuSysMenu->hide();
-    // Lower down a right click opens nothing.
-    press(m, QPoint(150, 90), Qt::RightButton);
-    release(m, QPoint(150, 90), Qt::RightButton);
+    press(again, QPoint(150, 90), Qt::RightButton);
+    release(again, QPoint(150, 90), Qt::RightButton);
     EXPECT_FALSE(temp().mnuSysMenu->isVisible());
 }
 
@@ -229,16 +220,15 @@ TEST_F(KeysTest, F1OpensTheHelpOrSaysWhy) {
     EXPECT_TRUE(msgBox().shown[1].foreground());
 }
 
-TEST_F(KeysTest, HelpTopicsHaveTheirOwnPages) {
+TEST_F(KeysTest, HelpTopicsHaveTheirOwnPagesInTheShippedHelpToo) {
     const QString dir = helpDir(true);
     EXPECT_EQ(HelpTopicPath(QStringLiteral("Video CD Player (Standalone)")),
               dir + QStringLiteral("/video-cd-player-standalone.html"));
     // A topic without a page opens the contents.
     ShowHelpTopic(QStringLiteral("Playlists"));
     EXPECT_EQ(shell->opened, QStringList{dir + QStringLiteral("/index.html")});
-}
 
-TEST_F(KeysTest, TheShippedHelpHasAPageForEveryTopic) {
+    // The shipped help has a page for every topic.
     env.set("CANTOVEL_HELP_DIR", QStringLiteral(CANTOVEL_SOURCE_DIR "/resources/help"));
     for (const char* topic : {"Playlists", "Audio CD Control Panel", "CDDB Access CD Player",
                               "Convert WAV to MP3", "Convert MP3 to WAV", "WAV Batch Converter",
@@ -247,7 +237,7 @@ TEST_F(KeysTest, TheShippedHelpHasAPageForEveryTopic) {
     EXPECT_TRUE(QFile::exists(HelpFilePath()));
 }
 
-TEST_F(KeysTest, MailWebAndSitesGoToTheDesktop) {
+TEST_F(KeysTest, MailWebSitesAndTheScreenSaverGoToTheDesktop) {
     frmMain& m = load();
     m.Form_KeyDown(0x76, Ctrl);
     m.Form_KeyDown(0x77, Ctrl);

@@ -5,8 +5,8 @@
 #include "PlayerTest.h"
 #include "platform/clock/QtClock.h"
 #include "platform/mediaplayer/MpvMediaPlayer.h"
+#include "support/AudioFixtures.h"
 #include "support/ScopedEnv.h"
-#include "support/TestMedia.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -47,7 +47,7 @@ class PlayerMpvTest : public PlayerTest {
 
 TEST_F(PlayerMpvTest, OpenReportsTheLengthAndTheEndReturnsToIdle) {
     const QString wav = path(QStringLiteral("Tone.wav"));
-    ASSERT_TRUE(writeToneWav(wav, 3.0));
+    ASSERT_TRUE(writeTone(wav, 3.0));
 
     openByDialog(wav);
 
@@ -76,9 +76,9 @@ TEST_F(PlayerMpvTest, AQueueOfThreeFilesRunsThroughInOrder) {
     const QString a = path(QStringLiteral("a.wav"));
     const QString b = path(QStringLiteral("b.mp3"));
     const QString c = path(QStringLiteral("c.mpa"));  // sound, but played as video
-    ASSERT_TRUE(writeToneWav(a, 0.5));
-    ASSERT_TRUE(writeToneMp3(b, 0.6));
-    ASSERT_TRUE(writeToneMp3(c, 0.7));
+    ASSERT_TRUE(writeTone(a, 0.5));
+    ASSERT_TRUE(writeMp3Tone(b, 0.6));
+    ASSERT_TRUE(writeMp3Tone(c, 0.7));
     main->List1 = {a, b, c};
 
     main->mnuRunPlaylist();

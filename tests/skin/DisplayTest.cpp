@@ -41,63 +41,57 @@ TEST_F(DisplayTest, TheFaceIsTheBuiltInSkinAt300By175WithNoCaption) {
     const QImage shot = face(m);
     EXPECT_EQ(part(shot, QRect(0, 0, 300, 40)), background(m, QRect(0, 0, 300, 40)));
     EXPECT_EQ(picture(m.Picture).size(), QSize(300, 175));
+    EXPECT_EQ(m.imgButton[5].toolTip, QStringLiteral("Open File"));
+    EXPECT_EQ(m.imgVolumeButton[3].toolTip, QStringLiteral("Decrease Master Volume"));
+    EXPECT_EQ(m.imgTime[13].toolTip, QStringLiteral("Cantovel Volume"));
+    EXPECT_EQ(m.imgClose.toolTip, QStringLiteral("Close"));
 }
 
-TEST_F(DisplayTest, NumberFieldsAreRightAlignedWithoutLeadingZeros) {
-    frmMain& m = load();
-    m.ShowNumberField(0, QStringLiteral("7"));
-    EXPECT_EQ(shown(m, 12, 3), QStringLiteral("--7"));
-    m.ShowNumberField(3, QStringLiteral("100"));
-    EXPECT_EQ(shown(m, 15, 3), QStringLiteral("100"));
-    // Other characters are passed over; the walk stops at the leftmost cell.
-    m.ShowNumberField(0, QStringLiteral("4x2"));
-    EXPECT_EQ(shown(m, 12, 3), QStringLiteral("-42"));
-    m.ShowNumberField(0, QStringLiteral("12345"));
-    EXPECT_EQ(shown(m, 12, 3), QStringLiteral("345"));
-}
-
-TEST_F(DisplayTest, TheStartShowsBothVolumes) {
+TEST_F(DisplayTest, NumberAndClockFieldsShowTheirDigits) {
     mixer->volume = 42;
     frmMain& m = load();
+    // The start shows both volumes.
     EXPECT_EQ(shown(m, 12, 3), QStringLiteral("100"));
     EXPECT_EQ(shown(m, 15, 3), QStringLiteral("-42"));
-}
-
-TEST_F(DisplayTest, ClockFieldsShowSixDigitsWithLeadingZeros) {
-    frmMain& m = load();
-    m.ShowClockField(0, QStringLiteral("342"));
+    // Number fields are right-aligned without leading zeros; other characters are passed
+    // over and the walk stops at the leftmost cell.
+    const struct {
+        int field;
+        const char* text;
+        int firstCell, cells;
+        const char* shows;
+    } cases[] = {{0, "7", 12, 3, "--7"},
+                 {3, "100", 15, 3, "100"},
+                 {0, "4x2", 12, 3, "-42"},
+                 {0, "12345", 12, 3, "345"},
+                 // Clock fields show six digits with leading zeros, the last six of more.
+                 {-1, "1234567", 0, 6, "234567"},
+                 {-1, "342", 0, 6, "000342"},
+                 {-7, "32507", 6, 6, "032507"}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.text);
+        if (c.field >= 0)
+            m.ShowNumberField(c.field, QLatin1String(c.text));
+        else
+            m.ShowClockField(-c.field - 1, QLatin1String(c.text));
+        EXPECT_EQ(shown(m, c.firstCell, c.cells), QLatin1String(c.shows));
+    }
+    EXPECT_EQ(frmMain::ClockText(3 * 3600 + 25 * 60 + 7), QStringLiteral("32507"));
+    // The two clock fields keep their own texts.
     EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000342"));
-    m.ShowClockField(6, frmMain::ClockText(3 * 3600 + 25 * 60 + 7));
-    EXPECT_EQ(shown(m, 6, 6), QStringLiteral("032507"));
-    // The two fields keep their own texts.
-    EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000342"));
-}
 
-TEST_F(DisplayTest, AnEqualTextRepaintsNothing) {
-    frmMain& m = load();
-    m.ShowClockField(0, QStringLiteral("342"));
-    // New digits would show if the field were painted again.
+    // An equal text repaints nothing: new digits would show if the field were painted.
     m.clpDigits.setPicture(QPixmap());
     m.ShowClockField(0, QStringLiteral("342"));
     m.clpDigits.setPicture(QPixmap(QStringLiteral(":/res/103")));
     EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000342"));
-}
 
-TEST_F(DisplayTest, AnEmptyTextBlanksTheClockField) {
-    frmMain& m = load();
-    m.ShowClockField(6, QStringLiteral("415"));
+    // An empty text blanks the clock field; once blank, another leaves what the cells hold.
     m.ShowClockField(6, QString());
     EXPECT_EQ(shown(m, 6, 6), QStringLiteral("------"));
-    // Once blank, another empty text leaves what the cells hold.
     m.imgTime[6].setPicture(m.clpDigits.GraphicCell(9));
     m.ShowClockField(6, QString());
     EXPECT_EQ(shown(m, 6, 6), QStringLiteral("9-----"));
-}
-
-TEST_F(DisplayTest, ALongerTextShowsItsLastSixDigits) {
-    frmMain& m = load();
-    m.ShowClockField(0, QStringLiteral("1234567"));
-    EXPECT_EQ(shown(m, 0, 6), QStringLiteral("234567"));
 }
 
 TEST_F(DisplayTest, DigitPlacesTakeTheSizeOfTheSkinsDigits) {
@@ -121,6 +115,14 @@ TEST_F(DisplayTest, TheThumbFollowsTheTimeAndTheDigitsFollowTheThumb) {
     m.ShowPosition(59, 7200);
     EXPECT_EQ(m.imgPlayProgress.Left(), 18);
     EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000058"));
+    // A thumb wider than its travel stays at 16.
+    QPixmap wide(300, 8);
+    wide.fill(Qt::green);
+    m.imgPlayProgress.setPicture(wide);
+    for (int at : {90, 10}) {
+        m.ThumbFromTime(at, 100);
+        EXPECT_EQ(m.imgPlayProgress.Left(), 16);
+    }
 }
 
 TEST_F(DisplayTest, ADraggedThumbKeepsThePointWhereItWasGrabbed) {
@@ -134,17 +136,6 @@ TEST_F(DisplayTest, ADraggedThumbKeepsThePointWhereItWasGrabbed) {
     release(m, QPoint(66 + 7 + 30, 140));
     EXPECT_EQ(m.imgPlayProgress.Left(), 96);
     EXPECT_EQ(part(face(m), QRect(96, 119, 20, 8)), picture(m.imgPlayProgress.picture));
-}
-
-TEST_F(DisplayTest, AThumbWiderThanItsTravelStaysAt16) {
-    frmMain& m = load();
-    QPixmap wide(300, 8);
-    wide.fill(Qt::green);
-    m.imgPlayProgress.setPicture(wide);
-    m.ThumbFromTime(90, 100);
-    EXPECT_EQ(m.imgPlayProgress.Left(), 16);
-    m.ThumbFromTime(10, 100);
-    EXPECT_EQ(m.imgPlayProgress.Left(), 16);
 }
 
 TEST_F(DisplayTest, BalanceDragSnapsToTheCentre) {
@@ -242,10 +233,7 @@ TEST_F(DisplayTest, RollingUpAndDownTwiceRestoresThePicture) {
         EXPECT_EQ(m.imgRollUp.toolTip, QStringLiteral("Roll Up"));
         EXPECT_EQ(face(m), before);
     }
-}
-
-TEST_F(DisplayTest, TheRollUpBoxAndADoubleClickRollTheWindow) {
-    frmMain& m = load();
+    // The roll-up box and a double click on the caption roll it too.
     click(m, QPoint(279, 7));
     EXPECT_EQ(m.height(), 38);
     mouse(m, QEvent::MouseButtonDblClick, QPoint(150, 12), Qt::LeftButton, Qt::LeftButton);
@@ -253,7 +241,7 @@ TEST_F(DisplayTest, TheRollUpBoxAndADoubleClickRollTheWindow) {
     EXPECT_EQ(m.height(), 175);
 }
 
-TEST_F(DisplayTest, APressShowsThePressedFaceUntilRelease) {
+TEST_F(DisplayTest, ALeftPressShowsThePressedFaceUntilReleaseARightOneNothing) {
     frmMain& m = load();
     const QImage before = face(m);
     const QRect stop(89, 142, 24, 18);
@@ -263,25 +251,13 @@ TEST_F(DisplayTest, APressShowsThePressedFaceUntilRelease) {
     EXPECT_EQ(part(face(m), QRect(17, 142, 72, 18)), part(before, QRect(17, 142, 72, 18)));
     release(m, QPoint(95, 150));
     EXPECT_EQ(face(m), before);
-}
-
-TEST_F(DisplayTest, ARightButtonPressPaintsNothing) {
-    frmMain& m = load();
-    const QImage before = face(m);
+    // A right button press paints nothing.
     for (const QPoint& p : {QPoint(95, 150), QPoint(170, 44)}) {
         press(m, p, Qt::RightButton);
         EXPECT_EQ(face(m), before);
         release(m, p, Qt::RightButton);
     }
     EXPECT_FALSE(m.tmrVolume.isEnabled());
-}
-
-TEST_F(DisplayTest, ControlsCarryTheirTooltips) {
-    frmMain& m = load();
-    EXPECT_EQ(m.imgButton[5].toolTip, QStringLiteral("Open File"));
-    EXPECT_EQ(m.imgVolumeButton[3].toolTip, QStringLiteral("Decrease Master Volume"));
-    EXPECT_EQ(m.imgTime[13].toolTip, QStringLiteral("Cantovel Volume"));
-    EXPECT_EQ(m.imgClose.toolTip, QStringLiteral("Close"));
 }
 
 TEST_F(DisplayTest, DraggingTheBackgroundMovesTheWindowWithThePointer) {

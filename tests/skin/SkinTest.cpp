@@ -123,11 +123,8 @@ TEST_F(SkinTest, AFullSkinReplacesEveryPictureAndTheTitleFont) {
     m.LoadSkin(skinDir(QStringLiteral("empty")));
     EXPECT_EQ(picture(m.Picture), res(101));
     EXPECT_EQ(m.lblTitle[0].FontName, QStringLiteral("Tahoma"));
-}
 
-TEST_F(SkinTest, SizesAndColoursReadAsTheLoaderReadsThem) {
-    frmMain& m = load();
-    const QString dir = skinDir();
+    // Sizes and colours read as the loader reads them.
     writeIni(dir, "[font]\nsize=x\ntextcolor=12\nshadowcolor=zz0000\n");
     m.LoadSkin(dir);
     EXPECT_TRUE(msgBox().shown.isEmpty());
@@ -183,7 +180,7 @@ TEST_F(SkinTest, ABooleanThatDoesNotConvertStopsTheLoad) {
     EXPECT_EQ(m.imgButton[0].rect.size(), QSize(24, 18));
 }
 
-TEST_F(SkinTest, ADoubleSizeDigitsStripGivesDoubleCells) {
+TEST_F(SkinTest, ADoubleSizeDigitsStripGivesDoubleCellsAnUnreadableOneNothing) {
     frmMain& m = load();
     const QString dir = skinDir();
     QImage strip(200, 32, QImage::Format_RGB32);
@@ -198,11 +195,8 @@ TEST_F(SkinTest, ADoubleSizeDigitsStripGivesDoubleCells) {
     m.ShowClockField(0, QStringLiteral("7"));
     EXPECT_EQ(m.imgTime[5].rect, QRect(86, 42, 20, 32));
     EXPECT_EQ(part(face(m), QRect(86, 42, 20, 32)), solid(QSize(20, 32), QColor(175, 0, 0)));
-}
 
-TEST_F(SkinTest, AnUnreadableBitmapIsPassedOverInSilence) {
-    frmMain& m = load();
-    const QString dir = skinDir();
+    // An unreadable bitmap is passed over in silence.
     QFile f(dir + QStringLiteral("/digits.bmp"));
     ASSERT_TRUE(f.open(QIODevice::WriteOnly));
     f.write("not a picture");
@@ -246,7 +240,7 @@ TEST(PictureClip, CutsEvenlyRowByRow) {
 
 class IniTest : public AppTest {};
 
-TEST_F(IniTest, ReadsLikeTheProfileFunctions) {
+TEST_F(IniTest, ReadsLikeTheProfileFunctionsAndWritesIntoItsSection) {
     INIFiles ini;
     ini.FileName = tempDir() + QStringLiteral("/skin.ini");
     // No file: the default.
@@ -269,10 +263,8 @@ TEST_F(IniTest, ReadsLikeTheProfileFunctions) {
               QStringLiteral("False"));
     EXPECT_EQ(ini.ReadINI(QStringLiteral("Missing"), QStringLiteral("Name"), QStringLiteral("d")),
               QStringLiteral("d"));
-}
 
-TEST_F(IniTest, WritesIntoItsSectionAndReadsBack) {
-    INIFiles ini;
+    // Writes go into their section and read back.
     ini.FileName = tempDir() + QStringLiteral("/new.ini");
     ini.WriteINI(QStringLiteral("Playlist"), QStringLiteral("Skin"), true);
     ini.WriteINI(QStringLiteral("Font"), QStringLiteral("Size"), 9);
@@ -284,9 +276,9 @@ TEST_F(IniTest, WritesIntoItsSectionAndReadsBack) {
               QStringLiteral("202020"));
     EXPECT_EQ(ini.ReadINI(QStringLiteral("Font"), QStringLiteral("Size"), QString()),
               QStringLiteral("11"));
-    QFile f(ini.FileName);
-    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
-    EXPECT_EQ(f.readAll(),
+    QFile written(ini.FileName);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_EQ(written.readAll(),
               QByteArray("[Playlist]\r\nSkin=True\r\nBackColor=202020\r\n[Font]\r\nSize=11\r\n"));
 }
 

@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QThread>
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
 #include <cstring>
@@ -54,6 +55,7 @@ bool writeMp3Tone(const QString& path, double seconds, int rate, int channels, i
     lame_set_num_channels(lame, channels);
     lame_set_mode(lame, channels == 1 ? MONO : JOINT_STEREO);
     lame_set_brate(lame, kbps);
+    lame_set_bWriteVbrTag(lame, 1);
     if (lame_init_params(lame) < 0) {
         lame_close(lame);
         return false;
@@ -72,10 +74,13 @@ bool writeMp3Tone(const QString& path, double seconds, int rate, int channels, i
         const int tail = lame_encode_flush(lame, mp3.data() + bytes, int(mp3.size()) - bytes);
         bytes = tail < 0 ? tail : bytes + tail;
     }
+    // The header frame LAME left blank at the start now gets the totals.
+    unsigned char header[4096];
+    const size_t headerBytes = bytes > 0 ? lame_get_lametag_frame(lame, header, sizeof header) : 0;
     lame_close(lame);
-    QFile out(path);
-    return bytes >= 0 && out.open(QIODevice::WriteOnly) &&
-           out.write(reinterpret_cast<const char*>(mp3.data()), bytes) == bytes;
+    if (bytes < 0) return false;
+    std::memcpy(mp3.data(), header, std::min(headerBytes, size_t(bytes)));
+    return writeBytes(path, QByteArray(reinterpret_cast<const char*>(mp3.data()), bytes));
 }
 
 bool writeMp2Tone(const QString& path, double seconds, int rate, int channels, int kbps) {
@@ -117,9 +122,8 @@ bool writeMp2Tone(const QString& path, double seconds, int rate, int channels, i
                 const int tail = flush(options, mp2.data() + bytes, int(mp2.size()) - bytes);
                 bytes = tail < 0 ? tail : bytes + tail;
             }
-            QFile out(path);
-            ok = bytes > 0 && out.open(QIODevice::WriteOnly) &&
-                 out.write(reinterpret_cast<const char*>(mp2.data()), bytes) == bytes;
+            ok = bytes > 0 &&
+                 writeBytes(path, QByteArray(reinterpret_cast<const char*>(mp2.data()), bytes));
         }
         close(&options);
     }
@@ -131,6 +135,11 @@ bool truncateFile(const QString& path, qint64 bytes) {
     return QFile::resize(path, bytes);
 }
 
+bool writeBytes(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
 SoundInfo readSoundInfo(const QString& path) {
     SF_INFO info;
     std::memset(&info, 0, sizeof info);
@@ -138,6 +147,17 @@ SoundInfo readSoundInfo(const QString& path) {
     if (!file) return {};
     sf_close(file);
     return {true, info.samplerate, info.channels, info.frames, info.format};
+}
+
+QByteArray readPcm16(const QString& path) {
+    SF_INFO info;
+    std::memset(&info, 0, sizeof info);
+    SNDFILE* file = sf_open(QFile::encodeName(path).constData(), SFM_READ, &info);
+    if (!file) return {};
+    QByteArray data(qsizetype(info.frames * info.channels * 2), '\0');
+    const sf_count_t got = sf_readf_short(file, reinterpret_cast<short*>(data.data()), info.frames);
+    sf_close(file);
+    return data.left(qsizetype(got * info.channels * 2));
 }
 
 Mp3Info decodeMp3(const QString& path) {

@@ -3,6 +3,7 @@
 // libsndfile, an MP3 encoded by LAME), the readers that check results, and a wait that
 // lets queued events arrive.
 
+#include <QByteArray>
 #include <QString>
 #include <functional>
 
@@ -10,10 +11,13 @@ namespace cantovel::test {
 
 // Writes `seconds` of a tone (a different pitch in each channel) with libsndfile.
 // `sndfileFormat` is a libsndfile format code (WAV 16-bit PCM unless told).
-bool writeTone(const QString& path, double seconds, int rate, int channels, int sndfileFormat = 0);
+bool writeTone(const QString& path, double seconds, int rate = 44100, int channels = 2,
+               int sndfileFormat = 0);
 
-// Encodes `seconds` of a tone into an MP3 with LAME at `kbps` constant bit rate.
-bool writeMp3Tone(const QString& path, double seconds, int rate, int channels, int kbps);
+// Encodes `seconds` of a tone into an MP3 with LAME at `kbps` constant bit rate, with the
+// LAME header frame that gives players the exact length.
+bool writeMp3Tone(const QString& path, double seconds, int rate = 44100, int channels = 2,
+                  int kbps = 128);
 
 // Encodes `seconds` of a tone into MPEG layer 2 with libtwolame, when the machine has
 // that library (it is loaded at run time); false otherwise.
@@ -21,6 +25,8 @@ bool writeMp2Tone(const QString& path, double seconds, int rate, int channels, i
 
 // Cuts a file down to `bytes`.
 bool truncateFile(const QString& path, qint64 bytes);
+// Writes `bytes` as the whole file.
+bool writeBytes(const QString& path, const QByteArray& bytes);
 
 // What libsndfile reports of a sound file; ok false when it can't open it.
 struct SoundInfo {
@@ -31,6 +37,8 @@ struct SoundInfo {
     int format = 0;  // libsndfile format code
 };
 SoundInfo readSoundInfo(const QString& path);
+// The samples of a sound file as interleaved 16-bit little-endian bytes, as on a CD.
+QByteArray readPcm16(const QString& path);
 
 // An MP3 fully decoded by mpg123: its rate and channels, the samples a channel it gives,
 // its first frame's bit rate and mode; ok false when mpg123 finds no MPEG audio.

@@ -1,15 +1,15 @@
 #pragma once
 // Virtual time: timers fire and waits end as time is advanced, never by the wall clock.
 
-#include <QList>
 #include <QHash>
+#include <QList>
 
 #include "platform/clock/Clock.h"
 
 namespace cantovel::test {
 
 class FakeClock : public Clock {
-public:
+  public:
     qint64 msecs() const override { return now_; }
     double secondsSinceMidnight() const override { return midnightOffset_ + now_ / 1000.0; }
     void doEvents() override;
@@ -25,7 +25,7 @@ public:
     // How many wait() calls ran, and the total virtual time they asked for.
     int waits = 0;
 
-private:
+  private:
     qint64 now_ = 0;
     double midnightOffset_ = 12 * 3600.0;
     // Due time and the order timers were armed in, so ties fire in a fixed order.

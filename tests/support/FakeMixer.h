@@ -5,7 +5,7 @@ namespace cantovel::test {
 
 // A master volume held in memory; `present` false behaves as a machine without a mixer.
 class FakeMixer : public Mixer {
-public:
+  public:
     long GetMasterVolume() override { return present ? volume : -1; }
     bool SetMasterVolume(long value) override {
         ++sets;

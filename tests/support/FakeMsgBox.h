@@ -20,7 +20,7 @@ struct ShownBox {
 };
 
 class FakeMsgBox : public MsgBox {
-public:
+  public:
     int show(const QString& text, int style, const QString& title, QWidget* owner) override;
 
     // The next boxes answer these, in order; after that each box answers its default button.
@@ -30,9 +30,12 @@ public:
 
     QList<ShownBox> shown;
     QStringList texts() const;
-    void reset() { shown.clear(); answers_.clear(); }
+    void reset() {
+        shown.clear();
+        answers_.clear();
+    }
 
-private:
+  private:
     std::deque<int> answers_;
 };
 

@@ -1,9 +1,10 @@
 #pragma once
-// A CD drives layer for the CD reader's tests that holds just the disc images a test adds,
-// whatever drives the machine has.
+// A CD drives layer that holds just the disc images a test adds, whatever drives the
+// machine has. Each drive is named after its image file.
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QList>
 #include <QString>
 
@@ -18,7 +19,7 @@ class ImageDrives : public CdDrives {
     explicit ImageDrives(QString root = {}) : root_(std::move(root)) {}
     void add(const QString& image, int tracks = 0) {
         const QChar letter(char16_t(u'D' + drives.size()));
-        drives.append({letter, QStringLiteral("image"), image});
+        drives.append({letter, QFileInfo(image).fileName(), image});
         if (root_.isEmpty()) return;
         QDir().mkpath(TrackFolder(letter));
         for (int t = 1; t <= tracks; ++t) {
