@@ -274,3 +274,41 @@ TEST_F(CDReaderTest, StoppingACopyEndsItOnceAndKeepsWhatWasWritten) {
 }
 
 }  // namespace
+
+TEST_F(CDReaderTest, AnImageThatGoesAwayDuringACopyEndsItWithAReadError) {
+    QString bin;
+    for (const int mode : {0, 1, 2}) {
+        SCOPED_TRACE(mode);
+        // A whole disc in the drive for each mode.
+        const DiscImage disc = DiscImage::build(tempDir(), {300, 225});
+        ASSERT_EQ(disc.cuePath(), image);
+        bin = disc.binPath();
+        events.clear();
+        reader->setCopyMode(mode);
+        reader->Open();
+        ASSERT_EQ(reader->TrackCount(), 2);
+        // The table of contents was read; now all but the first 100 sectors are gone.
+        QFile data(bin);
+        ASSERT_TRUE(data.resize(100 * 2352));
+        const QString file = tempDir() + QStringLiteral("/cut%1.wav").arg(mode);
+        reader->CopyTrack(0, file);
+        ASSERT_TRUE(copyEnds());
+        EXPECT_TRUE(events.contains(QStringLiteral("error"))) << events.join(u' ').toStdString();
+        EXPECT_EQ(events.count(QStringLiteral("finished")), 1);
+        EXPECT_FALSE(events.contains(QStringLiteral("writefailed")));
+        // What was read before is a readable file, never more than the sectors left.
+        if (QFile::exists(file)) {
+            const SoundInfo info = readSoundInfo(file);
+            EXPECT_TRUE(info.ok);
+            EXPECT_LE(info.frames, 100 * 588);
+        }
+    }
+    // The image removed altogether: the copy cannot even begin.
+    events.clear();
+    reader->Open();
+    ASSERT_TRUE(QFile::remove(bin));
+    reader->CopyTrack(1, tempDir() + QStringLiteral("/gone.wav"));
+    ASSERT_TRUE(copyEnds());
+    EXPECT_TRUE(events.contains(QStringLiteral("error"))) << events.join(u' ').toStdString();
+    EXPECT_FALSE(QFile::exists(tempDir() + QStringLiteral("/gone.wav")));
+}

@@ -87,23 +87,28 @@ TEST_F(FileConversionRunTest, ADamagedSourceIsToldAndTheQueueGoesOn) {
     ASSERT_TRUE(truncateFile(cut, 20000));
     const QString text = tempDir() + QStringLiteral("/text.mp3");
     ASSERT_TRUE(writeBytes(text, QByteArray(4000, 'x')));
+    const QString emptyWav = tempDir() + QStringLiteral("/empty.wav");
+    const QString emptyMp3 = tempDir() + QStringLiteral("/empty.mp3");
+    ASSERT_TRUE(writeBytes(emptyWav, {}) && writeBytes(emptyMp3, {}));
 
     frmEncode& enc = Forms::touch<frmEncode>();
     msgBox().reset();
-    enc.Process_DROPFILES({cut, wav1});
+    enc.Process_DROPFILES({cut, emptyWav, wav1});
     ASSERT_TRUE(run(enc, *dialogs, out()));
     EXPECT_EQ(msgBox().texts(),
-              QStringList{QStringLiteral("An error occurred while attempting to encode file: "
-                                         "Invalid, missing, or inappropriate source audio file.")});
+              QStringList(2, QStringLiteral("An error occurred while attempting to encode file: "
+                                            "Invalid, missing, or inappropriate source audio "
+                                            "file.")));
     EXPECT_TRUE(decodeMp3(out() + QStringLiteral("/one.mp3")).ok);
 
     frmDecode& dec = Forms::touch<frmDecode>();
     msgBox().reset();
-    dec.Process_DROPFILES({text, out() + QStringLiteral("/one.mp3")});
+    dec.Process_DROPFILES({text, emptyMp3, out() + QStringLiteral("/one.mp3")});
     ASSERT_TRUE(run(dec, *dialogs, out()));
     EXPECT_EQ(msgBox().texts(),
-              QStringList{QStringLiteral("An error occurred while attempting to decode file: "
-                                         "Invalid, missing, or inappropriate source audio file.")});
+              QStringList(2, QStringLiteral("An error occurred while attempting to decode file: "
+                                            "Invalid, missing, or inappropriate source audio "
+                                            "file.")));
     EXPECT_TRUE(readSoundInfo(out() + QStringLiteral("/one.wav")).ok);
 }
 
@@ -123,6 +128,46 @@ TEST_F(FileConversionRunTest, TheBatchWritesMuLawMonoCopies) {
         EXPECT_EQ(info.channels, 1);
         EXPECT_NEAR(double(info.frames) / 8000, seconds, 0.01);
     }
+}
+
+TEST_F(FileConversionRunTest, TheBatchTellsAnEmptySourceConvertsWhatACutOneHoldsAndKeepsBoth) {
+    const QString empty = tempDir() + QStringLiteral("/empty.wav");
+    const QString cut = tempDir() + QStringLiteral("/cut.wav");
+    ASSERT_TRUE(writeBytes(empty, {}));
+    ASSERT_TRUE(writeTone(cut, 2.0, 44100, 2));
+    ASSERT_TRUE(truncateFile(cut, 20000));
+    const struct {
+        QString source, message;
+        qint64 frames;
+    } cases[] = {
+        {empty,
+         QStringLiteral("An error occurred while attempting to convert the current file (") +
+             empty +
+             QStringLiteral(").  \r\n\r\nExtended Error Information:  The source file can't be "
+                            "read as sound: Format not recognised."),
+         0},
+        // What the cut file holds, at half the rate.
+        {cut, QStringLiteral("Batch WAV conversion process has successfully completed."),
+         (20000 - 44) / 4 / 2},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.source.toStdString());
+        msgBox().reset();
+        frmBatchConvert& w = Forms::touch<frmBatchConvert>();
+        w.Process_DROPFILES({c.source});
+        FakeFormatChooser::latest()->script({WaveFormat{WaveFormat::Pcm8, 22050, 1}});
+        dialogs->scriptFolder(out());
+        w.ConvertMenu->trigger();
+        ASSERT_TRUE(waitUntil([&] { return !msgBox().shown.isEmpty(); }));
+        settle();
+        EXPECT_EQ(msgBox().texts(), QStringList{c.message});
+        const SoundInfo info = readSoundInfo(out() + u'/' + QFileInfo(c.source).fileName());
+        EXPECT_NEAR(double(info.frames), double(c.frames), 1);
+        w.ConvertMenu->trigger();
+        w.unload();
+    }
+    EXPECT_EQ(QFileInfo(empty).size(), 0);
+    EXPECT_EQ(QFileInfo(cut).size(), 20000);
 }
 
 TEST_F(FileConversionRunTest, ABatchDestinationThatFillsUpKeepsTheListAndTheFilesDone) {

@@ -116,9 +116,12 @@ TEST_F(LameMp3EncoderTest, RefusesWhatIsNotSound) {
     text.write(QByteArray(4000, 'x'));
     text.close();
     EncoderUnderTest t;
-    EXPECT_EQ(t.encoder->SetFiles(path("notes.wav"), path("a.mp3")), Mp3Encoder::SourceNotAudio);
-    EXPECT_EQ(t.encoder->lastError(), 0);
-    EXPECT_EQ(t.encoder->SetFiles(path("missing.wav"), path("a.mp3")), Mp3Encoder::SourceNotAudio);
+    ASSERT_TRUE(writeBytes(path("empty.wav"), {}));
+    for (const char* name : {"notes.wav", "missing.wav", "empty.wav"}) {
+        EXPECT_EQ(t.encoder->SetFiles(path(name), path("a.mp3")), Mp3Encoder::SourceNotAudio)
+            << name;
+        EXPECT_EQ(t.encoder->lastError(), RaisedError::ErrRefused) << name;
+    }
 
     // Start without accepted files starts nothing.
     t.encoder->Start();

@@ -2,6 +2,8 @@
 // untimed play, on files the tests make.
 #include <gtest/gtest.h>
 
+#include <QFile>
+
 #include "PlayerTest.h"
 #include "platform/clock/QtClock.h"
 #include "platform/mediaplayer/MpvMediaPlayer.h"
@@ -61,15 +63,45 @@ TEST_F(PlayerMpvTest, OpenReportsTheLengthAndTheEndReturnsToIdle) {
     EXPECT_TRUE(temp->mnuPlayCurrent->isEnabled());
 }
 
-TEST_F(PlayerMpvTest, ADamagedFileGivesTheMessageAndClearsTheLists) {
-    const QString broken = path(QStringLiteral("Broken.mp3"));
-    ASSERT_TRUE(writeBytes(broken, QByteArray(4096, '\x5a')));
-    openByDialog(broken);
-    EXPECT_EQ(msgBox().texts(),
-              QStringList{"An error occurred attempting to play the current file.  The file is "
-                          "invalid, corrupt, or an unsupported format."});
-    EXPECT_TRUE(main->List1.isEmpty());
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
+TEST_F(PlayerMpvTest, DamagedTruncatedAndEmptyFilesGiveTheMessageAndNoUserFileIsTouched) {
+    const QString wav = path(QStringLiteral("Whole.wav"));
+    ASSERT_TRUE(writeTone(wav, 1.0));
+    QFile whole(wav);
+    ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+    const QByteArray header = whole.read(30);  // cut inside the format chunk
+    const QString playError = QStringLiteral(
+        "An error occurred attempting to play the current file.  The file is invalid, corrupt, "
+        "or an unsupported format.");
+    const struct {
+        const char* name;
+        QByteArray bytes;
+        QString message;
+    } cases[] = {
+        {"Broken.mp3", QByteArray(4096, '\x5a'), playError},
+        {"Empty.mp3", {}, playError},
+        {"Empty.wav", {}, playError},
+        {"Cut.wav", header, playError},
+        {"Empty.avi", {}, playError},
+        {"Empty.ply",
+         {},
+         QStringLiteral("The selected playlist does not contain any media files.  In order to "
+                        "proceed, load the Playlist Editor and create your playllist.  Be sure "
+                        "to save your playlist afterwards.")},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString file = path(QString::fromLatin1(c.name));
+        ASSERT_TRUE(writeBytes(file, c.bytes));
+        msgBox().reset();
+        openByDialog(file);
+        Clock::get().wait(300, [] { return false; });  // late events of the player
+        EXPECT_EQ(msgBox().texts(), QStringList{c.message});
+        EXPECT_TRUE(main->List1.isEmpty());
+        EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
+        QFile back(file);
+        ASSERT_TRUE(back.open(QIODevice::ReadOnly));
+        EXPECT_EQ(back.readAll(), c.bytes);
+    }
 }
 
 TEST_F(PlayerMpvTest, AQueueOfThreeFilesRunsThroughInOrder) {

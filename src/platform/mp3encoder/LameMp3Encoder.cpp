@@ -66,7 +66,12 @@ qint16 LameMp3Encoder::SetFiles(const QString& input, const QString& output) {
     writeFailed_ = false;
 
     auto source = std::make_unique<AudioSource>();
-    if (!source->open(input)) return SourceNotAudio;
+    if (!source->open(input)) {
+        // Raised, as the decoder does for a file without MPEG audio: the window tells the
+        // user and goes on with its next file.
+        raise(QStringLiteral("The source file is missing, unreadable or holds no sound."));
+        return SourceNotAudio;
+    }
     if (source->isTruncatedWav()) {
         raise(
             QStringLiteral("The source WAV file is cut short: it holds less sound than its "

@@ -25,7 +25,7 @@ class Mp3Encoder : public QObject, public RaisedError {
     // SetFiles results.
     enum : qint16 {
         FilesAccepted = 0,
-        SourceNotAudio = 1,     // missing, unreadable, or not a sound file
+        SourceNotAudio = 1,     // missing, unreadable, or not a sound file; raises ErrRefused
         SourceDamaged = 2,      // a WAV cut short; raises ErrRefused as well
         OutputNotWritable = 3,  // the output's folder is missing or read-only
     };
