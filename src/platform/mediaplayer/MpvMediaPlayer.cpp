@@ -55,7 +55,7 @@ enum : uint64_t { ObserveEof = 1, ObserveWidth, ObserveHeight };
 
 MpvMediaPlayer::MpvMediaPlayer(QObject* parent) : MediaPlayer(parent) {
     voOverride_ = QString::fromLocal8Bit(qgetenv("CANTOVEL_VO"));
-    createHandle();
+    // mpv itself comes with the first file: a player made at start-up costs nothing.
 }
 
 MpvMediaPlayer::~MpvMediaPlayer() {
@@ -89,6 +89,9 @@ void MpvMediaPlayer::createHandle() {
     // An MP3's cover picture is no film.
     setOption(mpv_, "audio-display", "no");
     setOption(mpv_, "audio-client-name", "Cantovel");
+    // Always two channels out: the balance's pan then never changes the output's format,
+    // which would make the output start over in the middle of a file (and stall it).
+    setOption(mpv_, "audio-channels", "stereo");
     setOption(mpv_, "ao", ao.isEmpty() ? QByteArray("pulse,alsa,null") : ao);
     setOption(mpv_, "vo", "null");
     if (qgetenv("CANTOVEL_MPV_UNTIMED") == "1") {
@@ -203,7 +206,7 @@ int MpvMediaPlayer::setFileName(const QString& name) {
 
     reportOpening();
     if (superseded()) return 0;
-    if (shutDown_) {
+    if (shutDown_ || !mpv_) {
         destroyHandle();
         createHandle();
     }
