@@ -116,16 +116,19 @@ void frmMain::layOutFace() {
 
 // ---- Painting -----------------------------------------------------------------------------
 
-void frmMain::paintEvent(QPaintEvent*) {
+void frmMain::paintEvent(QPaintEvent* event) {
     QPainter p(this);
     if (Picture.isNull())
         p.fillRect(rect(), Qt::black);
     else
         p.drawPixmap(0, 0, Picture);
 
+    // While playing, only the clock and the level change many times a second: whatever
+    // lies outside the changed region is left alone, the title's text above all.
+    const QRegion& dirty = event->region();
     // A picture shows at its own size, cut by the control's place.
-    auto draw = [&p](const SkinControl& c) {
-        if (!c.visible || c.picture.isNull()) return;
+    auto draw = [&p, &dirty](const SkinControl& c) {
+        if (!c.visible || c.picture.isNull() || !dirty.intersects(c.rect)) return;
         p.drawPixmap(c.rect.topLeft(), c.picture, QRect(QPoint(0, 0), c.rect.size()));
     };
     for (const SkinControl& c : imgTime) draw(c);
@@ -138,7 +141,7 @@ void frmMain::paintEvent(QPaintEvent*) {
     // The shadows first, the title over them.
     for (int i = 3; i >= 0; --i) {
         const SkinLabel& l = lblTitle[i];
-        if (!l.visible || l.Caption.isEmpty()) continue;
+        if (!l.visible || l.Caption.isEmpty() || !dirty.intersects(l.rect)) continue;
         p.save();
         p.setClipRect(l.rect);
         p.setFont(l.font());
