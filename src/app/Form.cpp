@@ -1,6 +1,7 @@
 #include "app/Form.h"
 
 #include <QCloseEvent>
+#include <QMenu>
 
 #include "app/Forms.h"
 
@@ -12,7 +13,22 @@ Form::Form(const QString& name, QWidget* parent, Qt::WindowFlags flags)
     Forms::add(this);
 }
 
-Form::~Form() { Forms::remove(this); }
+Form::~Form() {
+    Forms::remove(this);
+}
+
+QMenu* Form::namedMenu(const char* name, const QString& caption) {
+    auto* menu = new QMenu(caption, this);
+    menu->setObjectName(QLatin1String(name));
+    return menu;
+}
+
+QAction* Form::namedItem(QMenu* menu, const char* name, const QString& caption, bool checkable) {
+    QAction* action = menu->addAction(caption);
+    action->setObjectName(QLatin1String(name));
+    action->setCheckable(checkable);
+    return action;
+}
 
 bool Form::runUnload(UnloadMode mode) {
     if (gone_) return true;
@@ -28,7 +44,9 @@ bool Form::runUnload(UnloadMode mode) {
     return true;
 }
 
-bool Form::unload() { return runUnload(FromCode); }
+bool Form::unload() {
+    return runUnload(FromCode);
+}
 
 void Form::closeEvent(QCloseEvent* event) {
     if (gone_ || runUnload(FromControlMenu))

@@ -6,11 +6,14 @@
 #include <QString>
 #include <QWidget>
 
+class QAction;
+class QMenu;
+
 namespace cantovel {
 
 class Form : public QWidget {
     Q_OBJECT
-public:
+  public:
     // `name` is the form's name ("frmMain"), which the collection of open forms compares.
     explicit Form(const QString& name, QWidget* parent = nullptr, Qt::WindowFlags flags = {});
     ~Form() override;
@@ -25,7 +28,13 @@ public:
     // Why a form is closing, as QueryUnload is told.
     enum UnloadMode { FromControlMenu = 0, FromCode = 1, FromAppWindows = 2, FromTaskManager = 3 };
 
-protected:
+  protected:
+    // A menu and an entry named as the form's menus are, so that code and tests find them
+    // by name.
+    QMenu* namedMenu(const char* name, const QString& caption);
+    static QAction* namedItem(QMenu* menu, const char* name, const QString& caption,
+                              bool checkable = false);
+
     // Return true to cancel.
     virtual bool queryUnload(UnloadMode) { return false; }
     // Return true to cancel.
@@ -33,7 +42,7 @@ protected:
 
     void closeEvent(QCloseEvent* event) override;
 
-private:
+  private:
     bool runUnload(UnloadMode mode);
 
     QString name_;

@@ -7,97 +7,99 @@
 
 namespace cantovel {
 
-QAction* frmTemp::item(QMenu* menu, const char* name, const QString& caption) {
-    QAction* a = menu->addAction(caption);
-    a->setObjectName(QLatin1String(name));
-    return a;
-}
-
 frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
-    auto menu = [this](const char* name, const QString& caption) {
-        auto* m = new QMenu(caption, this);
-        m->setObjectName(QLatin1String(name));
-        return m;
-    };
-
-    mnuFile = menu("mnuFile", QStringLiteral("&File"));
-    mnuPlay = item(mnuFile, "mnuPlay", QStringLiteral("&Open..."));
-    mnuPlayCurrent = item(mnuFile, "mnuPlayCurrent", QStringLiteral("&Play Current File"));
-    mnuPlaylist = item(mnuFile, "mnuPlaylist", QStringLiteral("Play&list Editor"));
+    mnuFile = namedMenu("mnuFile", QStringLiteral("&File"));
+    mnuPlay = namedItem(mnuFile, "mnuPlay", QStringLiteral("&Open..."));
+    mnuPlayCurrent = namedItem(mnuFile, "mnuPlayCurrent", QStringLiteral("&Play Current File"));
+    mnuPlaylist = namedItem(mnuFile, "mnuPlaylist", QStringLiteral("Play&list Editor"));
     mnuPlaylist->setCheckable(true);
-    mnuMP3Info = item(mnuFile, "mnuMP3Info", QStringLiteral("MP3 File &Information"));
-    mnuDelete = item(mnuFile, "mnuDelete", QStringLiteral("&Delete Current File"));
+    mnuMP3Info = namedItem(mnuFile, "mnuMP3Info", QStringLiteral("MP3 File &Information"));
+    mnuDelete = namedItem(mnuFile, "mnuDelete", QStringLiteral("&Delete Current File"));
     mnuFile->addSeparator();
     for (int i = 0; i < 5; ++i) {
-        mnuFileMRU[i] = item(mnuFile, "mnuFileMRU", QString());
+        mnuFileMRU[i] = namedItem(mnuFile, "mnuFileMRU", QString());
         mnuFileMRU[i]->setVisible(false);
     }
     mnuFile->addSeparator();
-    mnuClearCantovelMRU = item(mnuFile, "mnuClearCantovelMRU",
-                               QStringLiteral("Clear Cantovel &Most Recently Used (MRU) Files List"));
+    mnuClearCantovelMRU =
+        namedItem(mnuFile, "mnuClearCantovelMRU",
+                  QStringLiteral("Clear Cantovel &Most Recently Used (MRU) Files List"));
     mnuFile->addSeparator();
-    mnuExit = item(mnuFile, "mnuExit", QStringLiteral("E&xit"));
+    mnuExit = namedItem(mnuFile, "mnuExit", QStringLiteral("E&xit"));
 
-    mnuPlayback = menu("mnuPlayback", QStringLiteral("&Playback"));
-    mnuPause = item(mnuPlayback, "mnuPause", QStringLiteral("Pa&use"));
-    mnuStop = item(mnuPlayback, "mnuStop", QStringLiteral("&Stop"));
+    mnuPlayback = namedMenu("mnuPlayback", QStringLiteral("&Playback"));
+    mnuPause = namedItem(mnuPlayback, "mnuPause", QStringLiteral("Pa&use"));
+    mnuStop = namedItem(mnuPlayback, "mnuStop", QStringLiteral("&Stop"));
     mnuPlayback->addSeparator();
-    mnuSeekPrev = item(mnuPlayback, "mnuSeekPrev", QStringLiteral("Seek Pre&vious"));
-    mnuSeekNext = item(mnuPlayback, "mnuSeekNext", QStringLiteral("Seek &Next"));
+    mnuSeekPrev = namedItem(mnuPlayback, "mnuSeekPrev", QStringLiteral("Seek Pre&vious"));
+    mnuSeekNext = namedItem(mnuPlayback, "mnuSeekNext", QStringLiteral("Seek &Next"));
     mnuPlayback->addSeparator();
-    mnuRunPlaylist = item(mnuPlayback, "mnuRunPlaylist", QStringLiteral("&Run Playlist"));
-    mnuMute = item(mnuPlayback, "mnuMute", QStringLiteral("&Mute"));
+    mnuRunPlaylist = namedItem(mnuPlayback, "mnuRunPlaylist", QStringLiteral("&Run Playlist"));
+    mnuMute = namedItem(mnuPlayback, "mnuMute", QStringLiteral("&Mute"));
 
-    mnuConversions = menu("mnuConversions", QStringLiteral("&Conversions"));
-    mnuCDtoWAV = item(mnuConversions, "mnuCDtoWAV", QStringLiteral("Convert CD to &WAV..."));
-    mnuCDtoMP3 = item(mnuConversions, "mnuCDtoMP3", QStringLiteral("Convert CD to &MP3..."));
-    mnuWAVtoMP3 = item(mnuConversions, "mnuWAVtoMP3", QStringLiteral("Convert WAV to M&P3..."));
-    mnuMP3toWAV = item(mnuConversions, "mnuMP3toWAV", QStringLiteral("Convert MP3 to W&AV..."));
-    mnuWAVBatch = item(mnuConversions, "mnuWAVBatch", QStringLiteral("&Batch WAV Format Converter..."));
+    mnuConversions = namedMenu("mnuConversions", QStringLiteral("&Conversions"));
+    mnuCDtoWAV = namedItem(mnuConversions, "mnuCDtoWAV", QStringLiteral("Convert CD to &WAV..."));
+    mnuCDtoMP3 = namedItem(mnuConversions, "mnuCDtoMP3", QStringLiteral("Convert CD to &MP3..."));
+    mnuWAVtoMP3 =
+        namedItem(mnuConversions, "mnuWAVtoMP3", QStringLiteral("Convert WAV to M&P3..."));
+    mnuMP3toWAV =
+        namedItem(mnuConversions, "mnuMP3toWAV", QStringLiteral("Convert MP3 to W&AV..."));
+    mnuWAVBatch =
+        namedItem(mnuConversions, "mnuWAVBatch", QStringLiteral("&Batch WAV Format Converter..."));
 
-    mnuOptions = menu("mnuOptions", QStringLiteral("&Options"));
-    mnuPreferences = item(mnuOptions, "mnuPreferences", QStringLiteral("&Preferences"));
-    mnuAssociate = item(mnuOptions, "mnuAssociate", QStringLiteral("&Associate  Supported File Types"));
+    mnuOptions = namedMenu("mnuOptions", QStringLiteral("&Options"));
+    mnuPreferences = namedItem(mnuOptions, "mnuPreferences", QStringLiteral("&Preferences"));
+    mnuAssociate =
+        namedItem(mnuOptions, "mnuAssociate", QStringLiteral("&Associate  Supported File Types"));
     mnuOptions->addSeparator();
     mnuMMProperties = mnuOptions->addMenu(QStringLiteral("&System Multimedia Properties"));
     mnuMMProperties->setObjectName(QStringLiteral("mnuMMProperties"));
-    mnuMMAllProperties = item(mnuMMProperties, "mnuMMAllProperties", QStringLiteral("&All"));
-    mnuMMAudioProperties = item(mnuMMProperties, "mnuMMAudioProperties", QStringLiteral("A&udio"));
-    mnuMMVideoProperties = item(mnuMMProperties, "mnuMMVideoProperties", QStringLiteral("&Video"));
-    mnuMMMIDIProperties = item(mnuMMProperties, "mnuMMMIDIProperties", QStringLiteral("&MIDI"));
-    mnuMMCDProperties = item(mnuMMProperties, "mnuMMCDProperties", QStringLiteral("&CD Music"));
-    mnuStartSS = item(mnuOptions, "mnuStartSS", QStringLiteral("&Activate Windows Screen Saver"));
+    mnuMMAllProperties = namedItem(mnuMMProperties, "mnuMMAllProperties", QStringLiteral("&All"));
+    mnuMMAudioProperties =
+        namedItem(mnuMMProperties, "mnuMMAudioProperties", QStringLiteral("A&udio"));
+    mnuMMVideoProperties =
+        namedItem(mnuMMProperties, "mnuMMVideoProperties", QStringLiteral("&Video"));
+    mnuMMMIDIProperties =
+        namedItem(mnuMMProperties, "mnuMMMIDIProperties", QStringLiteral("&MIDI"));
+    mnuMMCDProperties =
+        namedItem(mnuMMProperties, "mnuMMCDProperties", QStringLiteral("&CD Music"));
+    mnuStartSS =
+        namedItem(mnuOptions, "mnuStartSS", QStringLiteral("&Activate Windows Screen Saver"));
 
-    mnuWindow = menu("mnuWindow", QStringLiteral("&Window"));
-    mnuCDDB = item(mnuWindow, "mnuCDDB", QStringLiteral("&CDDB Access Player"));
-    mnuAdvCDPlayer = item(mnuWindow, "mnuAdvCDPlayer", QStringLiteral("&Audio CD Control Panel"));
-    mnuAdvVideoCDPlayer = item(mnuWindow, "mnuAdvVideoCDPlayer", QStringLiteral("&Video CD Player"));
+    mnuWindow = namedMenu("mnuWindow", QStringLiteral("&Window"));
+    mnuCDDB = namedItem(mnuWindow, "mnuCDDB", QStringLiteral("&CDDB Access Player"));
+    mnuAdvCDPlayer =
+        namedItem(mnuWindow, "mnuAdvCDPlayer", QStringLiteral("&Audio CD Control Panel"));
+    mnuAdvVideoCDPlayer =
+        namedItem(mnuWindow, "mnuAdvVideoCDPlayer", QStringLiteral("&Video CD Player"));
     mnuWindow->addSeparator();
-    mnuRollup = item(mnuWindow, "mnuRollup", QStringLiteral("&Roll Up"));
-    mnuMinTray = item(mnuWindow, "mnuMinTray", QStringLiteral("Minimize to System &Tray"));
+    mnuRollup = namedItem(mnuWindow, "mnuRollup", QStringLiteral("&Roll Up"));
+    mnuMinTray = namedItem(mnuWindow, "mnuMinTray", QStringLiteral("Minimize to System &Tray"));
 
-    mnuHelp = menu("mnuHelp", QStringLiteral("&Help"));
-    mnuHelpFile = item(mnuHelp, "mnuHelpFile", QStringLiteral("&Help Topics"));
+    mnuHelp = namedMenu("mnuHelp", QStringLiteral("&Help"));
+    mnuHelpFile = namedItem(mnuHelp, "mnuHelpFile", QStringLiteral("&Help Topics"));
     mnuHelp->addSeparator();
-    mnuMailBrightfen = item(mnuHelp, "mnuMailBrightfen", QStringLiteral("&E-mail Brightfen"));
-    mnuVisitBrightfen = item(mnuHelp, "mnuVisitBrightfen", QStringLiteral("&Visit Brightfen on the Web"));
+    mnuMailBrightfen = namedItem(mnuHelp, "mnuMailBrightfen", QStringLiteral("&E-mail Brightfen"));
+    mnuVisitBrightfen =
+        namedItem(mnuHelp, "mnuVisitBrightfen", QStringLiteral("&Visit Brightfen on the Web"));
     mnuSites = mnuHelp->addMenu(QStringLiteral("&Recommended Sites..."));
     mnuSites->setObjectName(QStringLiteral("mnuSites"));
     mnuHelp->addSeparator();
-    mnuDisclaimer = item(mnuHelp, "mnuDisclaimer", QStringLiteral("&Disclaimer"));
-    mnuAbout = item(mnuHelp, "mnuAbout", QStringLiteral("&About Cantovel..."));
+    mnuDisclaimer = namedItem(mnuHelp, "mnuDisclaimer", QStringLiteral("&Disclaimer"));
+    mnuAbout = namedItem(mnuHelp, "mnuAbout", QStringLiteral("&About Cantovel..."));
 
-    mnuSysMenu = menu("mnuSysMenu", QStringLiteral("System"));
-    popRestore = item(mnuSysMenu, "popRestore", QStringLiteral("&Restore"));
-    popMinimize = item(mnuSysMenu, "popMinimize", QStringLiteral("Mi&nimize"));
+    mnuSysMenu = namedMenu("mnuSysMenu", QStringLiteral("System"));
+    popRestore = namedItem(mnuSysMenu, "popRestore", QStringLiteral("&Restore"));
+    popMinimize = namedItem(mnuSysMenu, "popMinimize", QStringLiteral("Mi&nimize"));
     mnuSysMenu->addSeparator();
-    popClose = item(mnuSysMenu, "popClose", QStringLiteral("Close"));
+    popClose = namedItem(mnuSysMenu, "popClose", QStringLiteral("Close"));
     mnuSysMenu->setDefaultAction(popClose);
 
-    popVideo = menu("popVideo", QStringLiteral("Video"));
-    popVidPlay = item(popVideo, "popVidPlay", QStringLiteral("&Play New File"));
-    popVidPlayCurrent = item(popVideo, "popVidPlayCurrent", QStringLiteral("Play &Current File"));
-    popVidPause = item(popVideo, "popVidPause", QStringLiteral("Pa&use"));
+    popVideo = namedMenu("popVideo", QStringLiteral("Video"));
+    popVidPlay = namedItem(popVideo, "popVidPlay", QStringLiteral("&Play New File"));
+    popVidPlayCurrent =
+        namedItem(popVideo, "popVidPlayCurrent", QStringLiteral("Play &Current File"));
+    popVidPause = namedItem(popVideo, "popVidPause", QStringLiteral("Pa&use"));
     popZoom = popVideo->addMenu(QStringLiteral("Video Zoom"));
     popZoom->setObjectName(QStringLiteral("popZoom"));
 
@@ -124,7 +126,9 @@ frmTemp::frmTemp() : Form(QStringLiteral("frmTemp")) {
     connectWindowCommands();
 }
 
-frmTemp& frmTemp::get() { return Forms::touch<frmTemp>(); }
+frmTemp& frmTemp::get() {
+    return Forms::touch<frmTemp>();
+}
 
 frmTemp::~frmTemp() {
     // The player may report its closing as it goes; this window no longer listens.

@@ -151,7 +151,6 @@ class frmTemp : public Form {
     void wireTransport();
     void seek(int step);
 
-    QAction* item(QMenu* menu, const char* name, const QString& caption);
     void connectWindowCommands();
 };
 

@@ -62,7 +62,7 @@ frmMain* mainWindow() {
 
 void frmTemp::connectWindowCommands() {
     for (int i = 0; i < 4; ++i) {
-        mnuSite[i] = item(mnuSites, Sites[i].name, QString::fromLatin1(Sites[i].caption));
+        mnuSite[i] = namedItem(mnuSites, Sites[i].name, QString::fromLatin1(Sites[i].caption));
         connect(mnuSite[i], &QAction::triggered, this, [this, i] { mnuSite_Click(i); });
     }
     auto on = [this](QAction* a, void (frmTemp::*slot)()) {

@@ -18,13 +18,6 @@ namespace cantovel {
 
 namespace {
 
-QAction* item(QMenu* menu, const char* name, const QString& caption, bool checkable = false) {
-    QAction* a = menu->addAction(caption);
-    a->setObjectName(QLatin1String(name));
-    a->setCheckable(checkable);
-    return a;
-}
-
 // Flips a menu check and stores the new state under `setting`.
 void flipAndStore(QAction* item, const char* setting) {
     item->setChecked(!item->isChecked());
@@ -38,33 +31,29 @@ frmTemp2& frmTemp2::get() {
 }
 
 frmTemp2::frmTemp2() : Form(QStringLiteral("frmTemp2")) {
-    auto menu = [this](const char* name, const QString& caption) {
-        auto* m = new QMenu(caption, this);
-        m->setObjectName(QLatin1String(name));
-        return m;
-    };
-    mnuFile = menu("mnuFile", QStringLiteral("&File"));
-    mnuNew = item(mnuFile, "mnuNew", QStringLiteral("&New Playlist"));
-    mnuLoad = item(mnuFile, "mnuLoad", QStringLiteral("&Load Playlist"));
-    mnuSave = item(mnuFile, "mnuSave", QStringLiteral("&Save Playlist"));
-    mnuExit = item(mnuFile, "mnuExit", QStringLiteral("E&xit\tAlt+F4"));
+    mnuFile = namedMenu("mnuFile", QStringLiteral("&File"));
+    mnuNew = namedItem(mnuFile, "mnuNew", QStringLiteral("&New Playlist"));
+    mnuLoad = namedItem(mnuFile, "mnuLoad", QStringLiteral("&Load Playlist"));
+    mnuSave = namedItem(mnuFile, "mnuSave", QStringLiteral("&Save Playlist"));
+    mnuExit = namedItem(mnuFile, "mnuExit", QStringLiteral("E&xit\tAlt+F4"));
     for (int i = 0; i < 5; ++i) {
-        mnuFileMRU[i] = item(mnuFile, "mnuFileMRU", QString());
+        mnuFileMRU[i] = namedItem(mnuFile, "mnuFileMRU", QString());
         mnuFileMRU[i]->setVisible(false);
     }
 
-    mnuEdit = menu("mnuEdit", QStringLiteral("&Edit"));
-    mnuAdd = item(mnuEdit, "mnuAdd", QStringLiteral("&Add"));
-    mnuRemove = item(mnuEdit, "mnuRemove", QStringLiteral("&Remove"));
-    mnuMoveUp = item(mnuEdit, "mnuMoveUp", QStringLiteral("Move &Up"));
-    mnuMoveDown = item(mnuEdit, "mnuMoveDown", QStringLiteral("Move &Down"));
-    mnuDeleteDupes = item(mnuEdit, "mnuDeleteDupes", QStringLiteral("Delete D&uplicates"));
-    mnuDeselectAll = item(mnuEdit, "mnuDeselectAll", QStringLiteral("Dese&lect All"));
+    mnuEdit = namedMenu("mnuEdit", QStringLiteral("&Edit"));
+    mnuAdd = namedItem(mnuEdit, "mnuAdd", QStringLiteral("&Add"));
+    mnuRemove = namedItem(mnuEdit, "mnuRemove", QStringLiteral("&Remove"));
+    mnuMoveUp = namedItem(mnuEdit, "mnuMoveUp", QStringLiteral("Move &Up"));
+    mnuMoveDown = namedItem(mnuEdit, "mnuMoveDown", QStringLiteral("Move &Down"));
+    mnuDeleteDupes = namedItem(mnuEdit, "mnuDeleteDupes", QStringLiteral("Delete D&uplicates"));
+    mnuDeselectAll = namedItem(mnuEdit, "mnuDeselectAll", QStringLiteral("Dese&lect All"));
 
-    mnuOptions = menu("mnuOptions", QStringLiteral("&Options"));
-    mnuRandomPlay = item(mnuOptions, "mnuRandomPlay", QStringLiteral("&Random Play"), true);
-    mnuFullScreen = item(mnuOptions, "mnuFullScreen", QStringLiteral("&Full Screen"), true);
-    mnuLoopPlaylist = item(mnuOptions, "mnuLoopPlaylist", QStringLiteral("&Loop Playlist"), true);
+    mnuOptions = namedMenu("mnuOptions", QStringLiteral("&Options"));
+    mnuRandomPlay = namedItem(mnuOptions, "mnuRandomPlay", QStringLiteral("&Random Play"), true);
+    mnuFullScreen = namedItem(mnuOptions, "mnuFullScreen", QStringLiteral("&Full Screen"), true);
+    mnuLoopPlaylist =
+        namedItem(mnuOptions, "mnuLoopPlaylist", QStringLiteral("&Loop Playlist"), true);
     mnuDockMain = mnuOptions->addMenu(QStringLiteral("&Dock Playlist Window"));
     mnuDockMain->setObjectName(QStringLiteral("mnuDockMain"));
     static const char* const dockCaptions[6] = {"&Below Main Window",
@@ -75,32 +64,32 @@ frmTemp2::frmTemp2() : Form(QStringLiteral("frmTemp2")) {
                                                 "&None"};
     for (int i = 0; i < 6; ++i) {
         mnuDockSub[i] =
-            item(mnuDockMain, "mnuDockSub", QString::fromLatin1(dockCaptions[i]), i != 4);
+            namedItem(mnuDockMain, "mnuDockSub", QString::fromLatin1(dockCaptions[i]), i != 4);
         if (i == 4) mnuDockSub[i]->setSeparator(true);
     }
     mnuConfirmSave =
-        item(mnuOptions, "mnuConfirmSave", QStringLiteral("&Confirm Save on Close"), true);
-    mnuOntop = item(mnuOptions, "mnuOntop", QStringLiteral("Always &Ontop"), true);
+        namedItem(mnuOptions, "mnuConfirmSave", QStringLiteral("&Confirm Save on Close"), true);
+    mnuOntop = namedItem(mnuOptions, "mnuOntop", QStringLiteral("Always &Ontop"), true);
 
-    mnuPopup = menu("mnuPopup", QString());
-    popNew = item(mnuPopup, "popNew", QStringLiteral("&New Playlist"));
-    popLoad = item(mnuPopup, "popLoad", QStringLiteral("&Load Playlist"));
-    popSave = item(mnuPopup, "popSave", QStringLiteral("&Save Playlist"));
+    mnuPopup = namedMenu("mnuPopup", QString());
+    popNew = namedItem(mnuPopup, "popNew", QStringLiteral("&New Playlist"));
+    popLoad = namedItem(mnuPopup, "popLoad", QStringLiteral("&Load Playlist"));
+    popSave = namedItem(mnuPopup, "popSave", QStringLiteral("&Save Playlist"));
     mnuPopup->addSeparator();
-    popAdd = item(mnuPopup, "popAdd", QStringLiteral("&Add"));
-    popRemove = item(mnuPopup, "popRemove", QStringLiteral("&Remove"));
-    popMoveUp = item(mnuPopup, "popMoveUp", QStringLiteral("Move &Up"));
-    popMoveDown = item(mnuPopup, "popMoveDown", QStringLiteral("Move &Down"));
-    popDeselectAll = item(mnuPopup, "popDeselectAll", QStringLiteral("Dese&lect All"));
+    popAdd = namedItem(mnuPopup, "popAdd", QStringLiteral("&Add"));
+    popRemove = namedItem(mnuPopup, "popRemove", QStringLiteral("&Remove"));
+    popMoveUp = namedItem(mnuPopup, "popMoveUp", QStringLiteral("Move &Up"));
+    popMoveDown = namedItem(mnuPopup, "popMoveDown", QStringLiteral("Move &Down"));
+    popDeselectAll = namedItem(mnuPopup, "popDeselectAll", QStringLiteral("Dese&lect All"));
     mnuPopup->addSeparator();
-    popExit = item(mnuPopup, "popExit", QStringLiteral("E&xit"));
+    popExit = namedItem(mnuPopup, "popExit", QStringLiteral("E&xit"));
 
-    popSysMenu = menu("popSysMenu", QString());
-    popRestore = item(popSysMenu, "popRestore", QStringLiteral("&Restore"));
-    popMove = item(popSysMenu, "popMove", QStringLiteral("&Move"));
-    popMinimize = item(popSysMenu, "popMinimize", QStringLiteral("Mi&nimize"));
+    popSysMenu = namedMenu("popSysMenu", QString());
+    popRestore = namedItem(popSysMenu, "popRestore", QStringLiteral("&Restore"));
+    popMove = namedItem(popSysMenu, "popMove", QStringLiteral("&Move"));
+    popMinimize = namedItem(popSysMenu, "popMinimize", QStringLiteral("Mi&nimize"));
     popSysMenu->addSeparator();
-    popClose = item(popSysMenu, "popClose", QStringLiteral("Close\tAlt+F4"));
+    popClose = namedItem(popSysMenu, "popClose", QStringLiteral("Close\tAlt+F4"));
     popSysMenu->setDefaultAction(popClose);
 
     wire();

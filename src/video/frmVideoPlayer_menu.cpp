@@ -34,8 +34,7 @@ void frmVideoPlayer::buildMenu() {
     mnuFile->setObjectName(QStringLiteral("mnuFile"));
     const auto item = [this](const char* name, const QString& caption,
                              void (frmVideoPlayer::*slot)()) {
-        QAction* a = mnuFile->addAction(caption);
-        a->setObjectName(QLatin1String(name));
+        QAction* a = namedItem(mnuFile, name, caption);
         connect(a, &QAction::triggered, this, slot);
         return a;
     };

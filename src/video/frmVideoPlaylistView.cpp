@@ -19,16 +19,6 @@
 
 namespace cantovel {
 
-namespace {
-
-QAction* add(QMenu* menu, const char* name, const QString& caption) {
-    QAction* a = menu->addAction(caption);
-    a->setObjectName(QLatin1String(name));
-    return a;
-}
-
-}  // namespace
-
 frmVideoPlaylistView::frmVideoPlaylistView()
     : Form(QStringLiteral("frmVideoPlaylistView")),
       am_(Components::create<MediaPlayer>()),
@@ -37,25 +27,25 @@ frmVideoPlaylistView::frmVideoPlaylistView()
     picture_->installEventFilter(this);
 
     MainMenu = new QMenu(this);
-    popRestart = add(MainMenu, "popRestart", QStringLiteral("Restart"));
-    popStop = add(MainMenu, "popStop", QStringLiteral("Stop"));
-    popPause = add(MainMenu, "popPause", QStringLiteral("Pause"));
-    popSeekF = add(MainMenu, "popSeekF", QStringLiteral("Seek Forward"));
-    popSeekR = add(MainMenu, "popSeekR", QStringLiteral("Seek Reverse"));
-    popFullScreen = add(MainMenu, "popFullScreen", QStringLiteral("Full Screen Mode"));
+    popRestart = namedItem(MainMenu, "popRestart", QStringLiteral("Restart"));
+    popStop = namedItem(MainMenu, "popStop", QStringLiteral("Stop"));
+    popPause = namedItem(MainMenu, "popPause", QStringLiteral("Pause"));
+    popSeekF = namedItem(MainMenu, "popSeekF", QStringLiteral("Seek Forward"));
+    popSeekR = namedItem(MainMenu, "popSeekR", QStringLiteral("Seek Reverse"));
+    popFullScreen = namedItem(MainMenu, "popFullScreen", QStringLiteral("Full Screen Mode"));
     popFullScreen->setCheckable(true);
-    OntopMenu = add(MainMenu, "OntopMenu", QStringLiteral("Always Ontop"));
+    OntopMenu = namedItem(MainMenu, "OntopMenu", QStringLiteral("Always Ontop"));
     OntopMenu->setCheckable(true);
 
     menuBar = new QMenuBar(this);
     mnuFile = menuBar->addMenu(QStringLiteral("&File"));
-    mnuPlay = add(mnuFile, "mnuPlay", QStringLiteral("&Play"));
-    mnuPause = add(mnuFile, "mnuPause", QStringLiteral("Pa&use"));
-    mnuSeekF = add(mnuFile, "mnuSeekF", QStringLiteral("Seek &Forward"));
-    mnuSeekR = add(mnuFile, "mnuSeekR", QStringLiteral("Seek &Reverse"));
-    mnuFullScreen = add(mnuFile, "mnuFullScreen", QStringLiteral("Fu&ll Screen Mode"));
+    mnuPlay = namedItem(mnuFile, "mnuPlay", QStringLiteral("&Play"));
+    mnuPause = namedItem(mnuFile, "mnuPause", QStringLiteral("Pa&use"));
+    mnuSeekF = namedItem(mnuFile, "mnuSeekF", QStringLiteral("Seek &Forward"));
+    mnuSeekR = namedItem(mnuFile, "mnuSeekR", QStringLiteral("Seek &Reverse"));
+    mnuFullScreen = namedItem(mnuFile, "mnuFullScreen", QStringLiteral("Fu&ll Screen Mode"));
     mnuFullScreen->setCheckable(true);
-    mnuExit = add(mnuFile, "mnuExit", QStringLiteral("E&xit"));
+    mnuExit = namedItem(mnuFile, "mnuExit", QStringLiteral("E&xit"));
 
     connect(popRestart, &QAction::triggered, this, &frmVideoPlaylistView::popRestart_Click);
     connect(popStop, &QAction::triggered, this, &frmVideoPlaylistView::popStop_Click);

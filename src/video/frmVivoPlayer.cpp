@@ -44,8 +44,7 @@ void frmVivoPlayer::buildMenu() {
     MainMenu = new QMenu(this);
     MainMenu->setObjectName(QStringLiteral("MainMenu"));
     const auto item = [this](const char* name, const char* caption, void (frmVivoPlayer::*slot)()) {
-        QAction* a = MainMenu->addAction(QString::fromLatin1(caption));
-        a->setObjectName(QLatin1String(name));
+        QAction* a = namedItem(MainMenu, name, QString::fromLatin1(caption));
         connect(a, &QAction::triggered, this, [this, a, slot] {
             // The handlers check and uncheck themselves, by the state before the click.
             if (a->isCheckable()) a->setChecked(!a->isChecked());
