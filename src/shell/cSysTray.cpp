@@ -4,7 +4,19 @@
 
 namespace cantovel {
 
+namespace {
+std::optional<bool> availableOverride;
+}  // namespace
+
 cSysTray::cSysTray(QObject* parent) : QObject(parent) {}
+
+bool cSysTray::Available() {
+    return availableOverride.value_or(QSystemTrayIcon::isSystemTrayAvailable());
+}
+
+void cSysTray::setAvailableOverride(std::optional<bool> available) {
+    availableOverride = available;
+}
 
 // Ending the control with the icon up takes the icon away.
 cSysTray::~cSysTray() {

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 #include <memory>
+#include <optional>
 
 class QSystemTrayIcon;
 
@@ -37,6 +38,10 @@ class cSysTray : public QObject {
     void setTrayTip(const QString& text);
     bool InTray() const { return installed_; }
     void setInTray(bool inTray);
+
+    // Whether the desktop has a notification area to show the icon in; tests may decide.
+    static bool Available();
+    static void setAvailableOverride(std::optional<bool> available);
 
     // What the notification area shows as the tip: the text cut by the field.
     QString shownTip() const;

@@ -116,6 +116,12 @@ void frmTrayIcon::cSysTray1_MouseDblClick(int Button) {
 }
 
 void frmTrayIcon::GoToTray() {
+    if (!cSysTray::Available()) {
+        // A hidden window with no icon to bring it back would be lost: on a desktop without
+        // a notification area the window goes to the task bar instead.
+        if (frmMain* main = frmMain::instance()) main->showMinimized();
+        return;
+    }
     cSysTray1.setTrayIcon(CantovelIcon());
     cSysTray1_MouseMove();
     cSysTray1.setInTray(true);

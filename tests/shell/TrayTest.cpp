@@ -15,7 +15,12 @@ class TrayTest : public PlayerTest {
   protected:
     void SetUp() override {
         PlayerTest::SetUp();
+        cSysTray::setAvailableOverride(true);
         main->show();
+    }
+    void TearDown() override {
+        cSysTray::setAvailableOverride(std::nullopt);
+        PlayerTest::TearDown();
     }
     frmTrayIcon& tray() { return Forms::touch<frmTrayIcon>(); }
     void message(int lParam) { tray().cSysTray1.hookMessage(cSysTray::TrayMessage, lParam); }
@@ -44,6 +49,14 @@ TEST_F(TrayTest, MinimisingHidesTheWindowAndTheIconTellsTheFile) {
     MP().setFileName(media("Other.wav"));
     clock().advance(1000);
     EXPECT_EQ(tray().cSysTray1.shownTip(), "Other.wav - Cantovel");
+}
+
+TEST_F(TrayTest, WithoutANotificationAreaTheWindowIsMinimisedNotHidden) {
+    cSysTray::setAvailableOverride(false);
+    temp->mnuMinTray_Click();
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_TRUE(main->isMinimized());
+    EXPECT_FALSE(tray().cSysTray1.InTray());
 }
 
 TEST_F(TrayTest, ATipLongerThanTheFieldIsCut) {
