@@ -3,19 +3,17 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QProcess>
 #include <QSaveFile>
 #include <QStandardPaths>
 
 #include "app/AppState.h"
+#include "app/Settings.h"
 #include "shell/DesktopResources.h"
 
 namespace cantovel {
 
 namespace {
-
-const QString PlaylistMimeType = QStringLiteral("application/x-cantovel-playlist");
 
 QString dataHome() {
     QString home = qEnvironmentVariable("XDG_DATA_HOME");
@@ -29,20 +27,41 @@ QString configHome() {
     return home;
 }
 
-QStringList readLines(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) return {};
-    QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
-    if (!lines.isEmpty() && lines.last().isEmpty()) lines.removeLast();
-    return lines;
+// Key files are edited as bytes: a line the program does not touch keeps every byte it
+// had, whatever its encoding, and a file that ends up the same is not written at all.
+struct KeyFile {
+    QString path;
+    QByteArray original;
+    QList<QByteArray> lines;
+};
+
+// A symbolic link stays a link: the file it points to is what gets read and written.
+QString resolvedPath(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.isSymLink()) return path;
+    const QString target = info.symLinkTarget();
+    return target.isEmpty() ? path : target;
 }
 
-bool writeLines(const QString& path, const QStringList& lines) {
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) return false;
-    file.write((lines.join(u'\n') + u'\n').toUtf8());
-    return file.commit();
+KeyFile readKeyFile(const QString& path) {
+    KeyFile file{resolvedPath(path), {}, {}};
+    QFile in(file.path);
+    if (!in.open(QIODevice::ReadOnly)) return file;
+    file.original = in.readAll();
+    file.lines = file.original.split('\n');
+    if (!file.lines.isEmpty() && file.lines.last().isEmpty()) file.lines.removeLast();
+    return file;
+}
+
+bool writeKeyFile(const KeyFile& file) {
+    QByteArray bytes = file.lines.join('\n');
+    if (!file.lines.isEmpty()) bytes += '\n';
+    if (bytes == file.original) return true;
+    QDir().mkpath(QFileInfo(file.path).absolutePath());
+    QSaveFile out(file.path);
+    if (!out.open(QIODevice::WriteOnly)) return false;
+    if (out.write(bytes) != bytes.size()) return false;
+    return out.commit();
 }
 
 // A key-file edit: the value of `key` in `group`, or where it would go.
@@ -52,40 +71,42 @@ struct KeyPlace {
     qsizetype end = -1;    // where the group's last line ends
 };
 
-KeyPlace findKey(const QStringList& lines, const QString& group, const QString& key) {
+KeyPlace findKey(const QList<QByteArray>& lines, const QByteArray& group, const QByteArray& key) {
     KeyPlace place;
-    const QString header = u'[' + group + u']';
+    const QByteArray header = '[' + group + ']';
     for (qsizetype i = 0; i < lines.size(); ++i) {
-        const QString trimmed = lines[i].trimmed();
-        if (trimmed.startsWith(u'[')) {
+        const QByteArray trimmed = lines[i].trimmed();
+        if (trimmed.startsWith('[')) {
             if (place.group >= 0) break;
             if (trimmed == header) place.group = place.end = i;
             continue;
         }
         if (place.group < 0) continue;
         if (!trimmed.isEmpty()) place.end = i;
-        const qsizetype eq = trimmed.indexOf(u'=');
+        const qsizetype eq = trimmed.indexOf('=');
         if (eq > 0 && trimmed.left(eq).trimmed() == key) place.line = i;
     }
     return place;
 }
 
-QString valueAt(const QStringList& lines, const KeyPlace& place) {
+QString valueAt(const QList<QByteArray>& lines, const KeyPlace& place) {
     if (place.line < 0) return {};
-    const QString& l = lines[place.line];
-    return l.mid(l.indexOf(u'=') + 1).trimmed();
+    const QByteArray& l = lines[place.line];
+    return QString::fromUtf8(l.mid(l.indexOf('=') + 1).trimmed());
 }
 
-void setKey(QStringList& lines, const QString& group, const QString& key, const QString& value) {
+void setKey(QList<QByteArray>& lines, const QByteArray& group, const QByteArray& key,
+            const QString& value) {
     const KeyPlace place = findKey(lines, group, key);
-    const QString line = key + u'=' + value;
+    const QByteArray line = key + '=' + value.toUtf8();
     if (place.line >= 0) {
-        lines[place.line] = line;
+        // An unchanged value keeps its line as it was written, spaces included.
+        if (valueAt(lines, place) != value) lines[place.line] = line;
     } else if (place.group >= 0) {
         lines.insert(place.end + 1, line);
     } else {
-        if (!lines.isEmpty() && !lines.last().trimmed().isEmpty()) lines << QString();
-        lines << u'[' + group + u']' << line;
+        if (!lines.isEmpty() && !lines.last().trimmed().isEmpty()) lines << QByteArray();
+        lines << '[' + group + ']' << line;
     }
 }
 
@@ -110,9 +131,9 @@ QString slug(const QString& text) {
     return out;
 }
 
-const QString DefaultGroup = QStringLiteral("Default Applications");
-const QString AddedGroup = QStringLiteral("Added Associations");
-const QString EntryGroup = QStringLiteral("Desktop Entry");
+const QByteArray DefaultGroup = "Default Applications";
+const QByteArray AddedGroup = "Added Associations";
+const QByteArray EntryGroup = "Desktop Entry";
 
 }  // namespace
 
@@ -132,22 +153,75 @@ QString DesktopAssociations::desktopIdFor(const QString& progId) {
            QStringLiteral(".desktop");
 }
 
-QString DesktopAssociations::mimeTypeFor(const QString& extension) {
-    static const QHash<QString, QString> types = {
-        {".viv", "video/vnd.vivo"},  {".vivo", "video/vnd.vivo"}, {".cda", "application/x-cda"},
-        {".dat", "video/mpeg"},      {".avi", "video/x-msvideo"}, {".asf", "video/x-ms-asf"},
-        {".mpg", "video/mpeg"},      {".mpeg", "video/mpeg"},     {".mpe", "video/mpeg"},
-        {".mpa", "video/mpeg"},      {".mpv", "video/mpeg"},      {".m1v", "video/mpeg"},
-        {".enc", "video/mpeg"},      {".mp2", "audio/mp2"},       {".mov", "video/quicktime"},
-        {".qt", "video/quicktime"},  {".wav", "audio/x-wav"},     {".wma", "audio/x-ms-wma"},
-        {".mid", "audio/midi"},      {".midi", "audio/midi"},     {".rmi", "audio/midi"},
-        {".mp3", "audio/mpeg"},      {".aif", "audio/x-aiff"},    {".aiff", "audio/x-aiff"},
-        {".aifc", "audio/x-aiff"},   {".au", "audio/basic"},      {".snd", "audio/basic"},
-        {".m3u", "audio/x-mpegurl"}, {".ply", PlaylistMimeType},
-    };
+namespace {
+
+// Each extension under the canonical name the desktop's MIME database gives its files
+// (an alias such as "video/x-ms-asf" is never looked up by the desktop). ".cda", ".m1v",
+// ".mpv" and ".mpa" have no glob in the shared database: the program's own MIME package
+// adds them. ".dat" and ".enc" are left without one; they name too many other things.
+const std::pair<const char*, const char*> ExtensionTypes[] = {
+    {".viv", "video/vnd.vivo"},
+    {".vivo", "video/vnd.vivo"},
+    {".cda", "application/x-cda"},
+    {".dat", "video/mpeg"},
+    {".avi", "video/x-msvideo"},
+    {".asf", "application/vnd.ms-asf"},
+    {".mpg", "video/mpeg"},
+    {".mpeg", "video/mpeg"},
+    {".mpe", "video/mpeg"},
+    {".mpa", "audio/mpeg"},
+    {".mpv", "video/mpeg"},
+    {".m1v", "video/mpeg"},
+    {".enc", "video/mpeg"},
+    {".mp2", "audio/mp2"},
+    {".mov", "video/quicktime"},
+    {".qt", "video/quicktime"},
+    {".wav", "audio/x-wav"},
+    {".wma", "audio/x-ms-wma"},
+    {".mid", "audio/midi"},
+    {".midi", "audio/midi"},
+    {".rmi", "audio/midi"},
+    {".mp3", "audio/mpeg"},
+    {".aif", "audio/x-aiff"},
+    {".aiff", "audio/x-aiff"},
+    {".aifc", "audio/x-aifc"},
+    {".au", "audio/basic"},
+    {".snd", "audio/basic"},
+    {".m3u", "audio/x-mpegurl"},
+    {".flac", "audio/flac"},
+    {".ogg", "audio/ogg"},
+    {".oga", "audio/ogg"},
+    {".opus", "audio/x-opus+ogg"},
+    {".m4a", "audio/mp4"},
+    {".aac", "audio/aac"},
+    {".ply", "application/x-cantovel-playlist"},
+};
+
+QString normalExtension(const QString& extension) {
     QString ext = extension.trimmed().toLower();
     if (!ext.startsWith(u'.')) ext.prepend(u'.');
-    return types.value(ext);
+    return ext;
+}
+
+// Whether another extension of the same MIME type is still bound to the entry that
+// holds the type: the desktop cannot tell the two apart, so the type stays.
+bool typeStillHeld(const QString& extension, const QString& mimeType, const QString& holder) {
+    for (const auto& [ext, type] : ExtensionTypes) {
+        if (mimeType != QLatin1String(type) || extension == QLatin1String(ext)) continue;
+        const QString progId =
+            ReadRegValue(RegRoot::ClassesRoot, QLatin1String(ext), QString(), QString(), true);
+        if (!progId.isEmpty() && DesktopAssociations::desktopIdFor(progId) == holder) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+QString DesktopAssociations::mimeTypeFor(const QString& extension) {
+    const QString ext = normalExtension(extension);
+    for (const auto& [e, type] : ExtensionTypes)
+        if (ext == QLatin1String(e)) return QLatin1String(type);
+    return {};
 }
 
 QString DesktopAssociations::quoteExecArgument(const QString& argument) {
@@ -184,24 +258,24 @@ QString DesktopAssociations::execLine(const QString& appPath, const QString& app
 bool DesktopAssociations::writeEntry(const QString& progId, const QString& description,
                                      const QString& appPath, const QString& appArgs, bool handOff) {
     const QString id = desktopIdFor(progId);
-    const QString path = applicationsFolder() + u'/' + id;
-    QStringList lines = readLines(path);
+    KeyFile entry = readKeyFile(applicationsFolder() + u'/' + id);
     // The program's own entry is named after the program in the menus, whatever type
     // key text it was written with.
     const QString title = QString::fromLatin1(AppTitle);
     const bool own = id == QLatin1String("cantovel.desktop");
     const QString name = own || description.trimmed().isEmpty() ? title : description.trimmed();
-    setKey(lines, EntryGroup, QStringLiteral("Type"), QStringLiteral("Application"));
-    setKey(lines, EntryGroup, QStringLiteral("Name"), name);
+    QList<QByteArray>& lines = entry.lines;
+    setKey(lines, EntryGroup, "Type", QStringLiteral("Application"));
+    setKey(lines, EntryGroup, "Name", name);
     if (!description.trimmed().isEmpty())
-        setKey(lines, EntryGroup, QStringLiteral("Comment"), description.trimmed());
-    setKey(lines, EntryGroup, QStringLiteral("Exec"), execLine(appPath, appArgs, handOff));
-    setKey(lines, EntryGroup, QStringLiteral("Icon"), QStringLiteral("cantovel"));
-    setKey(lines, EntryGroup, QStringLiteral("Terminal"), QStringLiteral("false"));
-    setKey(lines, EntryGroup, QStringLiteral("Categories"), QStringLiteral("AudioVideo;Player;"));
+        setKey(lines, EntryGroup, "Comment", description.trimmed());
+    setKey(lines, EntryGroup, "Exec", execLine(appPath, appArgs, handOff));
+    setKey(lines, EntryGroup, "Icon", QStringLiteral("cantovel"));
+    setKey(lines, EntryGroup, "Terminal", QStringLiteral("false"));
+    setKey(lines, EntryGroup, "Categories", QStringLiteral("AudioVideo;Player;"));
     // Only the program's own entry belongs in the menus; the others serve file types.
-    if (!own) setKey(lines, EntryGroup, QStringLiteral("NoDisplay"), QStringLiteral("true"));
-    return writeLines(path, lines);
+    if (!own) setKey(lines, EntryGroup, "NoDisplay", QStringLiteral("true"));
+    return writeKeyFile(entry);
 }
 
 bool DesktopAssociations::entryExists(const QString& desktopId) {
@@ -210,41 +284,47 @@ bool DesktopAssociations::entryExists(const QString& desktopId) {
 }
 
 bool DesktopAssociations::addMimeTypeToEntry(const QString& desktopId, const QString& mimeType) {
-    const QString path = applicationsFolder() + u'/' + desktopId;
-    QStringList lines = readLines(path);
-    if (lines.isEmpty()) return false;
+    KeyFile entry = readKeyFile(applicationsFolder() + u'/' + desktopId);
+    if (entry.lines.isEmpty()) return false;
     QStringList types =
-        listValue(valueAt(lines, findKey(lines, EntryGroup, QStringLiteral("MimeType"))));
+        listValue(valueAt(entry.lines, findKey(entry.lines, EntryGroup, "MimeType")));
     if (types.contains(mimeType)) return true;
     types << mimeType;
-    setKey(lines, EntryGroup, QStringLiteral("MimeType"), types.join(u';') + u';');
-    return writeLines(path, lines);
+    setKey(entry.lines, EntryGroup, "MimeType", types.join(u';') + u';');
+    return writeKeyFile(entry);
 }
 
 bool DesktopAssociations::setDefault(const QString& mimeType, const QString& desktopId) {
-    QStringList lines = readLines(mimeAppsPath());
-    setKey(lines, DefaultGroup, mimeType, desktopId + u';');
-    QStringList added = listValue(valueAt(lines, findKey(lines, AddedGroup, mimeType)));
-    added.removeAll(desktopId);
-    added.prepend(desktopId);
-    setKey(lines, AddedGroup, mimeType, added.join(u';') + u';');
-    return writeLines(mimeAppsPath(), lines);
+    KeyFile list = readKeyFile(mimeAppsPath());
+    const QByteArray key = mimeType.toUtf8();
+    const QStringList defaults =
+        listValue(valueAt(list.lines, findKey(list.lines, DefaultGroup, key)));
+    // An entry that already comes first keeps the line as the user or the desktop wrote it.
+    if (defaults.value(0) != desktopId) setKey(list.lines, DefaultGroup, key, desktopId + u';');
+    QStringList added = listValue(valueAt(list.lines, findKey(list.lines, AddedGroup, key)));
+    if (added.value(0) != desktopId) {
+        added.removeAll(desktopId);
+        added.prepend(desktopId);
+        setKey(list.lines, AddedGroup, key, added.join(u';') + u';');
+    }
+    return writeKeyFile(list);
 }
 
 bool DesktopAssociations::removeDefault(const QString& mimeType, const QString& onlyIfDesktopId) {
-    QStringList lines = readLines(mimeAppsPath());
-    const KeyPlace place = findKey(lines, DefaultGroup, mimeType);
+    KeyFile list = readKeyFile(mimeAppsPath());
+    const KeyPlace place = findKey(list.lines, DefaultGroup, mimeType.toUtf8());
     if (place.line < 0) return true;
-    const QStringList current = listValue(valueAt(lines, place));
+    const QStringList current = listValue(valueAt(list.lines, place));
     if (!onlyIfDesktopId.isEmpty() && (current.isEmpty() || current.first() != onlyIfDesktopId))
         return true;
-    lines.removeAt(place.line);
-    return writeLines(mimeAppsPath(), lines);
+    list.lines.removeAt(place.line);
+    return writeKeyFile(list);
 }
 
 QString DesktopAssociations::defaultFor(const QString& mimeType) {
-    const QStringList lines = readLines(mimeAppsPath());
-    const QStringList ids = listValue(valueAt(lines, findKey(lines, DefaultGroup, mimeType)));
+    const KeyFile list = readKeyFile(mimeAppsPath());
+    const QStringList ids =
+        listValue(valueAt(list.lines, findKey(list.lines, DefaultGroup, mimeType.toUtf8())));
     return ids.isEmpty() ? QString() : ids.first();
 }
 
@@ -252,7 +332,8 @@ bool DesktopAssociations::bind(const QString& extension, const QString& desktopI
                                const QString& contentType) {
     const QString mime = contentType.isEmpty() ? mimeTypeFor(extension) : contentType;
     if (mime.isEmpty()) return false;  // no type the desktop knows by this extension
-    if (mime == PlaylistMimeType) installPlaylistType();
+    // Some of the bound types are known to the desktop only through the program's package.
+    installMimePackage();
     addMimeTypeToEntry(desktopId, mime);
     return setDefault(mime, desktopId);
 }
@@ -260,6 +341,8 @@ bool DesktopAssociations::bind(const QString& extension, const QString& desktopI
 void DesktopAssociations::restore(const QString& extension, const QString& progId) {
     const QString mime = mimeTypeFor(extension);
     if (mime.isEmpty()) return;
+    const QString current = defaultFor(mime);
+    if (!current.isEmpty() && typeStillHeld(normalExtension(extension), mime, current)) return;
     QString id = progId.trimmed();
     if (!id.endsWith(QLatin1String(".desktop"))) id += QStringLiteral(".desktop");
     if (entryExists(id)) {
@@ -268,13 +351,12 @@ void DesktopAssociations::restore(const QString& extension, const QString& progI
     }
     // The former type is no desktop entry: let go of the type, whichever entry of ours
     // holds it.
-    const QString current = defaultFor(mime);
     if (current == QLatin1String("cantovel.desktop") ||
         current.startsWith(QLatin1String("cantovel-")))
         removeDefault(mime, current);
 }
 
-bool DesktopAssociations::installPlaylistType() {
+bool DesktopAssociations::installMimePackage() {
     const QString mimeFolder = dataHome() + QStringLiteral("/mime");
     const QString package = mimeFolder + QStringLiteral("/packages/cantovel.xml");
     // The same package the installation puts in the shared folder.

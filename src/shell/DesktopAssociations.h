@@ -26,17 +26,20 @@ class DesktopAssociations {
     static bool writeEntry(const QString& progId, const QString& description,
                            const QString& appPath, const QString& appArgs, bool handOff);
     // Makes an entry the default for an extension's MIME type (`contentType` when given).
+    // The user's files change only where a binding changes.
     static bool bind(const QString& extension, const QString& desktopId,
                      const QString& contentType = {});
     // Puts back an extension's former file type key: when a desktop entry of that name
     // exists it becomes the default again; otherwise the program's default for the type is
-    // taken away, so the desktop's own choice holds.
+    // taken away, so the desktop's own choice holds. A type that another extension still
+    // binds to the same entry is left alone.
     static void restore(const QString& extension, const QString& progId);
 
     // The user's default entry for a MIME type, as the user's mimeapps.list says.
     static QString defaultFor(const QString& mimeType);
-    // Installs the shared MIME data for the program's playlists in the user's data folder.
-    static bool installPlaylistType();
+    // Installs the program's MIME package (its playlists, CD tracks and the MPEG names the
+    // shared database lacks) in the user's data folder.
+    static bool installMimePackage();
 
     static QString applicationsFolder();
     static QString mimeAppsPath();
