@@ -224,6 +224,10 @@ class frmMain : public Form, public PlayerState {
     void mnuDelete();
     // After a drag moved the thumb: seeks the player to the time the thumb stands for.
     void SeekFromThumb();
+    // Seeks the player of the file in hand (the queue's while one runs) to a time.
+    void SeekTo(double seconds);
+    // Seconds into the file, as its player reports them.
+    double playerPosition();
 
   public slots:
     // A command handed over by a later start of the program: "[Restore App]" or a path.
@@ -271,7 +275,6 @@ class frmMain : public Form, public PlayerState {
     // Opens the CD reader and waits up to 15 seconds for a disc; false, with its
     // message, when there is none or its directory cannot be read.
     bool waitForDisc(CDReader& reader);
-    double playerPosition();
     void Timer1_Timer();
     void Timer2_Timer();
     void Timer3_Timer();

@@ -219,8 +219,11 @@ void frmMain::SeekFromThumb() {
     const int span = 268 - imgPlayProgress.rect.width();
     if (span == 0) return;
     // A CD plays on whatever the thumb says: its timer puts the thumb back.
-    const double seconds =
-        double(Int(TrackLength * double(imgPlayProgress.rect.left() - 16) / span));
+    SeekTo(double(Int(TrackLength * double(imgPlayProgress.rect.left() - 16) / span)));
+}
+
+void frmMain::SeekTo(double seconds) {
+    if (CurrentFile.isEmpty()) return;
     if (PlaylistRunning) {
         if (MediaPlayer* am = queueAM()) am->setCurrentPosition(seconds);
         return;

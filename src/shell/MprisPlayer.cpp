@@ -4,8 +4,9 @@
 
 namespace cantovel {
 
-MprisPlayer::MprisPlayer(MprisService* service)
-    : QDBusAbstractAdaptor(service), service_(service) {}
+MprisPlayer::MprisPlayer(MprisService* service) : QDBusAbstractAdaptor(service), service_(service) {
+    connect(service, &MprisService::seeked, this, &MprisPlayer::Seeked);
+}
 
 QString MprisPlayer::PlaybackStatus() const {
     return service_->playbackStatus();
@@ -46,6 +47,9 @@ bool MprisPlayer::CanPlay() const {
 bool MprisPlayer::CanPause() const {
     return service_->canPause();
 }
+bool MprisPlayer::CanSeek() const {
+    return service_->canSeek();
+}
 
 void MprisPlayer::Next() {
     service_->next();
@@ -65,8 +69,12 @@ void MprisPlayer::Stop() {
 void MprisPlayer::Play() {
     service_->play();
 }
-void MprisPlayer::Seek(qlonglong) {}
-void MprisPlayer::SetPosition(const QDBusObjectPath&, qlonglong) {}
+void MprisPlayer::Seek(qlonglong Offset) {
+    service_->seek(Offset);
+}
+void MprisPlayer::SetPosition(const QDBusObjectPath& TrackId, qlonglong Position) {
+    service_->setPosition(TrackId.path(), Position);
+}
 void MprisPlayer::OpenUri(const QString& Uri) {
     service_->openUri(Uri);
 }

@@ -45,7 +45,7 @@ class MprisPlayer : public QDBusAbstractAdaptor {
     bool CanGoPrevious() const;
     bool CanPlay() const;
     bool CanPause() const;
-    bool CanSeek() const { return false; }
+    bool CanSeek() const;
     bool CanControl() const { return true; }
 
   public slots:
@@ -55,7 +55,6 @@ class MprisPlayer : public QDBusAbstractAdaptor {
     void PlayPause();
     void Stop();
     void Play();
-    // The player seeks only by its thumb: these are accepted and do nothing.
     void Seek(qlonglong Offset);
     void SetPosition(const QDBusObjectPath& TrackId, qlonglong Position);
     void OpenUri(const QString& Uri);

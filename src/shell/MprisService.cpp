@@ -13,6 +13,7 @@
 #include "app/Forms.h"
 #include "app/Runtime.h"
 #include "app/Settings.h"
+#include "player/MediaClasses.h"
 #include "player/PlayerSettings.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
@@ -76,22 +77,33 @@ QString MprisService::playbackStatus() const {
     return QStringLiteral("Playing");
 }
 
-QVariantMap MprisService::metadata() const {
+QString MprisService::trackId() const {
     const frmMain* main = frmMain::instance();
     if (!main || main->CurrentFile.isEmpty())
-        return {
-            {QStringLiteral("mpris:trackid"),
-             QVariant::fromValue(QDBusObjectPath("/org/mpris/MediaPlayer2/TrackList/NoTrack"))}};
+        return QStringLiteral("/org/mpris/MediaPlayer2/TrackList/NoTrack");
+    // A queue may hold one file twice: its place tells the entries apart.
+    const int entry = main->PlaylistRunning ? main->PlayIndex : -1;
+    return QStringLiteral("/org/cantovel/track/t%1_%2")
+        .arg(qHash(main->CurrentFile), 0, 16)
+        .arg(entry + 1);
+}
+
+QVariantMap MprisService::metadata() const {
+    const QVariant id = QVariant::fromValue(QDBusObjectPath(trackId()));
+    const frmMain* main = frmMain::instance();
+    if (!main || main->CurrentFile.isEmpty()) return {{QStringLiteral("mpris:trackid"), id}};
     const QString& file = main->CurrentFile;
     QString title = main->TitleText();
     if (title.isEmpty()) title = QFileInfo(file).fileName();
-    const QString id = QStringLiteral("/org/cantovel/track/t%1").arg(qHash(file), 0, 16);
-    return {
-        {QStringLiteral("mpris:trackid"), QVariant::fromValue(QDBusObjectPath(id))},
-        {QStringLiteral("mpris:length"), qlonglong(main->TrackLength) * 1000000},
+    QVariantMap meta{
+        {QStringLiteral("mpris:trackid"), id},
         {QStringLiteral("xesam:title"), title},
         {QStringLiteral("xesam:url"), QUrl::fromLocalFile(file).toString()},
     };
+    // A length not yet reported is left out rather than told as zero.
+    if (main->TrackLength > 0)
+        meta.insert(QStringLiteral("mpris:length"), qlonglong(main->TrackLength) * 1000000);
+    return meta;
 }
 
 double MprisService::volume() const {
@@ -100,9 +112,11 @@ double MprisService::volume() const {
 }
 
 qint64 MprisService::position() const {
-    const frmMain* main = frmMain::instance();
+    frmMain* main = frmMain::instance();
     if (!main || playbackStatus() == QLatin1String("Stopped")) return 0;
-    return qint64(main->TimeFromThumb(main->TrackLength)) * 1000000;
+    // Where the player cannot tell, the thumb can.
+    if (!canSeek()) return qint64(main->TimeFromThumb(main->TrackLength)) * 1000000;
+    return qint64(main->playerPosition() * 1000000);
 }
 
 QString MprisService::loopStatus() const {
@@ -132,6 +146,17 @@ bool MprisService::canPlay() const {
 
 bool MprisService::canPause() const {
     return playbackStatus() == QLatin1String("Playing");
+}
+
+bool MprisService::canSeek() const {
+    const frmMain* main = frmMain::instance();
+    const QString status = playbackStatus();
+    if (!main || status == QLatin1String("Stopped") || main->TrackLength <= 0) return false;
+    const QString ext = MediaClasses::extensionOf(main->CurrentFile);
+    if (MediaClasses::isAudioCD(ext) || MediaClasses::isVivo(ext)) return false;
+    // The thumb's rule: a paused sound outside a queue does not move.
+    return main->PlaylistRunning || MediaClasses::isVideo(ext) ||
+           status == QLatin1String("Playing");
 }
 
 // ---- What the desktop asks ----
@@ -189,6 +214,32 @@ void MprisService::openUri(const QString& uri) {
     notifyChanges();
 }
 
+void MprisService::seek(qint64 offset) {
+    const frmMain* main = frmMain::instance();
+    if (!canSeek()) return;
+    const qint64 target = std::max<qint64>(position() + offset, 0);
+    if (target > qint64(main->TrackLength) * 1000000) {
+        next();
+        return;
+    }
+    seekTo(double(target) / 1000000);
+}
+
+void MprisService::setPosition(const QString& id, qint64 place) {
+    const frmMain* main = frmMain::instance();
+    if (!canSeek() || id != trackId()) return;
+    if (place < 0 || place > qint64(main->TrackLength) * 1000000) return;
+    seekTo(double(place) / 1000000);
+}
+
+void MprisService::seekTo(double seconds) {
+    frmMain* main = frmMain::instance();
+    main->SeekTo(seconds);
+    // The face follows at once, as after a drag of the thumb.
+    main->ShowPosition(seconds, double(main->TrackLength));
+    emit seeked(position());
+}
+
 void MprisService::setVolume(double value) {
     frmMain* main = frmMain::instance();
     if (!main) return;
@@ -239,6 +290,7 @@ QVariantMap MprisService::snapshot() const {
         {QStringLiteral("CanGoPrevious"), canGoPrevious()},
         {QStringLiteral("CanPlay"), canPlay()},
         {QStringLiteral("CanPause"), canPause()},
+        {QStringLiteral("CanSeek"), canSeek()},
     };
 }
 

@@ -40,6 +40,8 @@ class MprisService : public QObject {
     bool canGoPrevious() const;
     bool canPlay() const;
     bool canPause() const;
+    // A file of known length plays in a player that takes a position (no CD, no Vivo).
+    bool canSeek() const;
 
     // ---- What the desktop asks ----
     void play();
@@ -49,6 +51,12 @@ class MprisService : public QObject {
     void next();
     void previous();
     void openUri(const QString& uri);
+    // Moves by `offset` microseconds; before the start means the start, past the end
+    // means the next entry.
+    void seek(qint64 offset);
+    // Moves to a place of the track `trackId` names; another track's id or a place outside
+    // the track is passed over.
+    void setPosition(const QString& trackId, qint64 position);
     void setVolume(double value);
     void setLoopStatus(const QString& status);
     void setShuffle(bool on);
@@ -58,8 +66,14 @@ class MprisService : public QObject {
     // Tells the bus which properties changed since the last look.
     void notifyChanges();
 
+  signals:
+    // A seek moved the position to this many microseconds.
+    void seeked(qint64 position);
+
   private:
     QVariantMap snapshot() const;
+    QString trackId() const;
+    void seekTo(double seconds);
 
     QDBusConnection bus_{QString()};
     bool registered_ = false;
