@@ -38,10 +38,18 @@ inline bool isPlaylist(const QString& ext) {
     return isOneOf(ext, {".ply", ".m3u"});
 }
 
+// Sound in the formats of later years: played hidden like any other sound, and offered
+// by the open dialogs, the drops of folders and the desktop.
+inline bool isModernAudio(const QString& ext) {
+    return isOneOf(ext, {".flac", ".ogg", ".oga", ".opus", ".m4a", ".aac"});
+}
+inline constexpr const char* kModernAudioPatterns = "*.flac;*.ogg;*.oga;*.opus;*.m4a;*.aac";
+
 // A running queue splits differently: these play hidden in the queue's player...
 inline bool isQueueAudio(const QString& ext) {
     return isOneOf(ext, {".mp3", ".mp2", ".wav", ".asf", ".asx", ".wax", ".m3u", ".aif", ".au",
-                         ".aiff", ".aifc", ".mid", ".midi", ".rmi", ".snd"});
+                         ".aiff", ".aifc", ".mid", ".midi", ".rmi", ".snd"}) ||
+           isModernAudio(ext);
 }
 // ...and these show its window. No ".mov" and no ".mpe": a queue passes over them.
 inline bool isQueueVideo(const QString& ext) {

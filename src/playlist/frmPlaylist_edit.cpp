@@ -29,14 +29,16 @@ const QString kAddFilter = QStringLiteral(
     "enc");
 
 // What the hidden file list of a dropped folder lets in.
-const QStringList kFolderPattern = {"*.cda", "*.mp3",  "*.mp2", "*.wav", "*.asx", "*.wax",
-                                    "*.m3u", "*.wvx",  "*.asf", "*.aif", "*.au",  "*.aiff",
-                                    "*.mid", "*.midi", "*.rmi", "*.snd", "*.ply"};
+const QStringList kFolderPattern = {"*.cda", "*.mp3",  "*.mp2",  "*.wav", "*.asx", "*.wax",
+                                    "*.m3u", "*.wvx",  "*.asf",  "*.aif", "*.au",  "*.aiff",
+                                    "*.mid", "*.midi", "*.rmi",  "*.snd", "*.ply", "*.flac",
+                                    "*.ogg", "*.oga",  "*.opus", "*.m4a", "*.aac"};
 
 // Dropped sound files, taken as one row each; a folder's ".cda" files are not among them.
 bool droppedSound(const QString& ext) {
     return isOneOf(ext, {".mp2", ".mp3", ".asf", ".wav", ".aif", ".aifc", ".aiff", ".wmv", ".asx",
-                         ".wax", ".m3u", ".rpm", ".mid", ".midi", ".rmi", ".snd", ".au"});
+                         ".wax", ".m3u", ".rpm", ".mid", ".midi", ".rmi", ".snd", ".au"}) ||
+           MediaClasses::isModernAudio(ext);
 }
 
 bool droppedFilm(const QString& ext) {

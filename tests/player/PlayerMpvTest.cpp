@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <sndfile.h>
 
 #include "PlayerTest.h"
 #include "platform/clock/QtClock.h"
@@ -123,3 +124,22 @@ TEST_F(PlayerMpvTest, AQueueOfThreeFilesRunsThroughInOrder) {
 }
 
 }  // namespace
+
+TEST_F(PlayerMpvTest, AFlacChosenInTheOpenDialogPlaysToItsEnd) {
+    const QString flac = path(QStringLiteral("Tone.flac"));
+    ASSERT_TRUE(writeTone(flac, 2.0, 44100, 2, SF_FORMAT_FLAC | SF_FORMAT_PCM_16));
+
+    openByDialog(flac);
+
+    // The dialog's first filter, "All Media Formats", offers it.
+    ASSERT_EQ(dialogs->calls.size(), 1);
+    const QStringList filter = dialogs->calls[0].request.filter.split(u'|');
+    ASSERT_GE(filter.size(), 2);
+    EXPECT_EQ(filter[0], QStringLiteral("All Media Formats"));
+    for (const char* pattern : {"*.flac", "*.ogg", "*.oga", "*.opus", "*.m4a", "*.aac", "*.wma"})
+        EXPECT_TRUE(filter[1].split(u';').contains(QLatin1String(pattern))) << pattern;
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(main->TrackLength, 2);
+    ASSERT_TRUE(waitFor([&] { return caption(temp->mnuPlay) == QLatin1String("&Open..."); }));
+    EXPECT_EQ(ended, QStringList{flac});
+}
