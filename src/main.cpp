@@ -5,6 +5,7 @@
 
 #include "app/ProductionComponents.h"
 #include "app/SubMain.h"
+#include "shell/DesktopResources.h"
 
 namespace {
 // With CANTOVEL_SCREENSHOT set, a picture of the screen is saved once the main window is
@@ -21,10 +22,14 @@ void scheduleScreenshot() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // The window system is picked as the application object is made.
+    const bool x11 = cantovel::PreferX11Platform();
     QApplication app(argc, argv);
+    cantovel::ForgetPlatformChoice(x11);
     QApplication::setApplicationName(QStringLiteral("Cantovel"));
     QApplication::setOrganizationName(QStringLiteral("Brightfen"));
     QApplication::setDesktopFileName(QStringLiteral("cantovel"));
+    cantovel::SetApplicationIcon();
     cantovel::registerProductionComponents();
     const int code = cantovel::SubMain(QApplication::arguments());
     if (code >= 0) return code;
