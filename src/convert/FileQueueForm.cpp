@@ -11,6 +11,7 @@
 #include "app/Settings.h"
 #include "platform/msgbox/MsgBox.h"
 #include "shell/BrowseForFolder.h"
+#include "shell/DesktopResources.h"
 
 namespace cantovel {
 
@@ -34,7 +35,7 @@ void FileQueueForm::RunMenu_Click() {
     }
     const QString folder = BrowseForFolder(
         this, queue_.folderPrompt,
-        ReadAppSetting(queue_.outputSetting, QCoreApplication::applicationDirPath()));
+        ReadAppSetting(queue_.outputSetting, DefaultOutputFolder()));
     if (folder.isEmpty()) return;
     SaveAppSetting(queue_.outputSetting, folder);
     OutputFolder = folder.endsWith(u'/') ? folder : folder + u'/';

@@ -12,6 +12,7 @@
 #include "platform/clock/Timer.h"
 #include "platform/msgbox/MsgBox.h"
 #include "shell/BrowseForFolder.h"
+#include "shell/DesktopResources.h"
 
 namespace cantovel {
 
@@ -77,7 +78,7 @@ void frmBatchConvert::RunMenu_Click() {
     const QString setting = QStringLiteral("WAV Convert Output Path");
     const QString folder =
         BrowseForFolder(this, QStringLiteral("Select Folder for WAV Output:"),
-                        ReadAppSetting(setting, QCoreApplication::applicationDirPath()));
+                        ReadAppSetting(setting, DefaultOutputFolder()));
     if (folder.isEmpty()) return;
     SaveAppSetting(setting, folder);
     OutputFolder = folder.endsWith(u'/') ? folder : folder + u'/';
