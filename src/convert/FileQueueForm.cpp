@@ -2,13 +2,13 @@
 
 #include <QAction>
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QLabel>
 #include <QListWidget>
 #include <QProgressBar>
 
 #include "app/Settings.h"
+#include "convert/WriteFailure.h"
 #include "platform/msgbox/MsgBox.h"
 #include "shell/BrowseForFolder.h"
 #include "shell/DesktopResources.h"
@@ -57,9 +57,9 @@ void FileQueueForm::showRunningLabel() {
                     QString::number(FileQueue.size()) + u')');
 }
 
-void FileQueueForm::stopRun() {
+void FileQueueForm::stopRun(bool writeFailed) {
     Running = false;
-    Label1->setText(Finished ? queue_.successText : queue_.stopText);
+    Label1->setText(Finished && !writeFailed ? queue_.successText : queue_.stopText);
     if (component_) stop_();
     List1->setEnabled(true);
     Gauge->setValue(0);
@@ -74,16 +74,13 @@ void FileQueueForm::startFile() {
         stopRun();
         return;
     }
-    // An old output is overwritten without a question.
-    const QString output = OutputFolder + source.completeBaseName() + queue_.outputExtension;
-    if (QFileInfo::exists(output)) {
-        QFile::setPermissions(output, QFile::ReadOwner | QFile::WriteOwner);
-        QFile::remove(output);
-    }
+    // An old output is overwritten without a question: the component puts the new one in
+    // its place once complete, so a failed write leaves it as it was.
+    output_ = OutputFolder + source.completeBaseName() + queue_.outputExtension;
     bool failed = !component_;
     if (component_) {
         prepareComponent();
-        const qint16 result = setFiles_(CurrentFile, output);
+        const qint16 result = setFiles_(CurrentFile, output_);
         failed = error_() != 0;
         if (!failed) {
             if (result != 0) stopRun();
@@ -112,6 +109,17 @@ void FileQueueForm::nextFile() {
     }
     showRunningLabel();
     startFile();
+}
+
+void FileQueueForm::componentDone() {
+    const QString failure = writeFailure_();
+    if (failure.isEmpty() || !Running) {
+        nextFile();
+        return;
+    }
+    // The same folder takes the next files: the run ends here, the list kept.
+    stopRun(true);
+    MsgBoxShow(writeFailureText(output_, failure), Mb::Exclamation | Mb::SetForeground, {}, this);
 }
 
 void FileQueueForm::componentProgress(qint32 value) {

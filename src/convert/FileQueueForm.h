@@ -51,18 +51,23 @@ class FileQueueForm : public FileListForm {
         start_ = [component, start] { (component->*start)(); };
         stop_ = [component, stop] { (component->*stop)(); };
         error_ = [component] { return component->lastError(); };
+        writeFailure_ = [component] {
+            return component->WriteFailed() ? component->WriteErrorDescription() : QString();
+        };
         frameTotal_ = [component] { return component->FrameTotal(); };
         connect(component, progress, this, [this](qint32 value) { componentProgress(value); });
-        connect(component, done, this, [this] { nextFile(); });
+        connect(component, done, this, [this] { componentDone(); });
     }
     // Settings given to the component before each file.
     virtual void prepareComponent() {}
 
   private:
     void componentProgress(qint32 value);
-    void stopRun();
+    // The stop path; a run ended by a failed write never shows the success text.
+    void stopRun(bool writeFailed = false);
     void startFile();
     void nextFile();
+    void componentDone();
     void showRunningLabel();
 
     const QueueTexts queue_;
@@ -70,6 +75,9 @@ class FileQueueForm : public FileListForm {
     std::function<qint16(const QString&, const QString&)> setFiles_;
     std::function<void()> start_, stop_;
     std::function<qint32()> error_, frameTotal_;
+    // Why the component's last run could not write its output; empty when it could.
+    std::function<QString()> writeFailure_;
+    QString output_;
 };
 
 }  // namespace cantovel

@@ -31,6 +31,7 @@
 #include "app/Utilities.h"
 #include "convert/BitrateMenu.h"
 #include "convert/ProgressShape.h"
+#include "convert/WriteFailure.h"
 #include "platform/Components.h"
 #include "platform/clock/Clock.h"
 #include "platform/dialogs/FileDialogs.h"
@@ -342,6 +343,7 @@ void frmCDtoMP3::mnuConvert_Click() {
     }
     TrackTotal = int(List1->selectedItems().size());
     TrackNumber = 0;
+    WriteFailed = false;
     QPointer<frmCDtoMP3> self(this);
     Converting = true;
     for (int i = 0; i < List1->count() && self; ++i) {
@@ -368,7 +370,7 @@ void frmCDtoMP3::mnuConvert_Click() {
             }
             Clock::get().wait(100, waitOver);
         }
-        if (stopped) break;
+        if (stopped || WriteFailed) break;
     }
     if (!self) return;
     Converting = false;
@@ -377,7 +379,9 @@ void frmCDtoMP3::mnuConvert_Click() {
 
 void frmCDtoMP3::endOfRun() {
     StopRequested = false;
-    setWindowTitle(QStringLiteral("Convert CD to MP3 - Conversion(s) Complete"));
+    setWindowTitle(WriteFailed
+                       ? QStringLiteral("Convert CD to MP3 - Conversion Process Interrupted...")
+                       : QStringLiteral("Convert CD to MP3 - Conversion(s) Complete"));
     mnuConvert->setText(QStringLiteral("&Convert"));
     Shape1->setWidth(0);
     Shape2->setWidth(0);
@@ -392,8 +396,20 @@ void frmCDtoMP3::ACD1_ExtractProgress(qint32 value) {
     Shape2->setWidth(FullWidth / 1000 * value);
 }
 
+void frmCDtoMP3::reportWriteFailure(const QString& path, const QString& reason) {
+    WriteFailed = true;
+    TrackDone = true;
+    Encoding = false;
+    Shape2->setWidth(0);
+    MsgBoxShow(writeFailureText(path, reason), Mb::Exclamation | Mb::SetForeground, {}, this);
+}
+
 void frmCDtoMP3::ACD1_ExtractDone() {
     if (StopRequested || !Mp3Enc1) return;
+    if (ACD1->WriteFailed()) {
+        reportWriteFailure(TempWav, ACD1->WriteErrorDescription());
+        return;
+    }
     const QFileInfo name(OutputName);
     OutputMp3 = joinPath(name.path(), name.completeBaseName() + QStringLiteral(".mp3"));
     if (QFileInfo::exists(OutputMp3)) {
@@ -401,9 +417,8 @@ void frmCDtoMP3::ACD1_ExtractDone() {
             QStringLiteral("The output MP3 filename for the current track already exists.  "
                            "Would you like to overwrite the existing file?"),
             Mb::YesNo | Mb::Question | Mb::SetForeground, {}, this);
-        if (answer == Mb::Yes) {
-            QFile::remove(OutputMp3);
-        } else {
+        // Yes: the encoder puts the new file in the old one's place once it is complete.
+        if (answer != Mb::Yes) {
             FileDialogRequest request;
             request.defaultExt = QStringLiteral("mp3");
             request.title = QStringLiteral("Enter Output Filename for Current CD Track...");
@@ -431,6 +446,10 @@ void frmCDtoMP3::Mp3Enc1_EncodeProgress(qint32 value) {
 
 void frmCDtoMP3::Mp3Enc1_EncodeDone() {
     if (QFileInfo::exists(TempWav)) QFile::remove(TempWav);
+    if (Mp3Enc1->WriteFailed()) {
+        reportWriteFailure(OutputMp3, Mp3Enc1->WriteErrorDescription());
+        return;
+    }
     TrackDone = true;
     Encoding = false;
     Shape2->setWidth(0);

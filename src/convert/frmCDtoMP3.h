@@ -45,6 +45,8 @@ class frmCDtoMP3 : public Form {
     QString OutputMp3;
     // The converting loop is running.
     bool Converting = false;
+    // A file of the run could not be written: the run ends and says so.
+    bool WriteFailed = false;
 
     // ---- Controls ----
     QGroupBox* Frame1;   // "CD Tracks"
@@ -105,6 +107,8 @@ class frmCDtoMP3 : public Form {
     void ACD1_ExtractBegin();
     void ACD1_ExtractProgress(qint32 value);
     void ACD1_ExtractDone();
+    // Tells the user which file could not be written and why, and ends the run.
+    void reportWriteFailure(const QString& path, const QString& reason);
     void Mp3Enc1_EncodeProgress(qint32 value);
     void Mp3Enc1_EncodeDone();
 

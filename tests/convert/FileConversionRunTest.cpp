@@ -10,6 +10,7 @@
 
 #include "convert/BitrateMenu.h"
 #include "convert/FileConversionFixture.h"
+#include "convert/FileQueueForm.h"
 #include "convert/frmBatchConvert.h"
 #include "convert/frmDecode.h"
 #include "convert/frmEncode.h"
@@ -81,35 +82,37 @@ TEST_F(FileConversionRunTest, WavToMp3AndBackKeepLengthRateAndChannels) {
     EXPECT_NEAR(double(b.frames) / b.rate, 1.5, 0.01);
 }
 
-TEST_F(FileConversionRunTest, ADamagedSourceIsToldAndTheQueueGoesOn) {
+TEST_F(FileConversionRunTest, ASourceTheCodecRefusesEndsTheRunThereWithTheStoppedText) {
     const QString cut = tempDir() + QStringLiteral("/cut.wav");
     ASSERT_TRUE(writeTone(cut, 2.0, 44100, 2));
     ASSERT_TRUE(truncateFile(cut, 20000));
     const QString text = tempDir() + QStringLiteral("/text.mp3");
     ASSERT_TRUE(writeBytes(text, QByteArray(4000, 'x')));
     const QString emptyWav = tempDir() + QStringLiteral("/empty.wav");
-    const QString emptyMp3 = tempDir() + QStringLiteral("/empty.mp3");
-    ASSERT_TRUE(writeBytes(emptyWav, {}) && writeBytes(emptyMp3, {}));
+    ASSERT_TRUE(writeBytes(emptyWav, {}));
 
-    frmEncode& enc = Forms::touch<frmEncode>();
-    msgBox().reset();
-    enc.Process_DROPFILES({cut, emptyWav, wav1});
-    ASSERT_TRUE(run(enc, *dialogs, out()));
-    EXPECT_EQ(msgBox().texts(),
-              QStringList(2, QStringLiteral("An error occurred while attempting to encode file: "
-                                            "Invalid, missing, or inappropriate source audio "
-                                            "file.")));
-    EXPECT_TRUE(decodeMp3(out() + QStringLiteral("/one.mp3")).ok);
+    for (const QString& refused : {cut, emptyWav}) {
+        SCOPED_TRACE(refused.toStdString());
+        QFile::remove(out() + QStringLiteral("/one.mp3"));
+        frmEncode& enc = Forms::touch<frmEncode>();
+        msgBox().reset();
+        enc.Process_DROPFILES({wav1, refused, wav2});
+        ASSERT_TRUE(run(enc, *dialogs, out()));
+        EXPECT_EQ(enc.Label1->text(), QStringLiteral("Encode process has been stopped."));
+        EXPECT_TRUE(msgBox().texts().isEmpty());
+        EXPECT_EQ(enc.List1->count(), 3);
+        EXPECT_TRUE(decodeMp3(out() + QStringLiteral("/one.mp3")).ok);
+        EXPECT_FALSE(QFileInfo::exists(out() + QStringLiteral("/two.mp3")));
+        enc.unload();
+    }
 
     frmDecode& dec = Forms::touch<frmDecode>();
-    msgBox().reset();
-    dec.Process_DROPFILES({text, emptyMp3, out() + QStringLiteral("/one.mp3")});
-    ASSERT_TRUE(run(dec, *dialogs, out()));
-    EXPECT_EQ(msgBox().texts(),
-              QStringList(2, QStringLiteral("An error occurred while attempting to decode file: "
-                                            "Invalid, missing, or inappropriate source audio "
-                                            "file.")));
-    EXPECT_TRUE(readSoundInfo(out() + QStringLiteral("/one.wav")).ok);
+    const QString back = tempDir() + QStringLiteral("/back");
+    dec.Process_DROPFILES({out() + QStringLiteral("/one.mp3"), text});
+    ASSERT_TRUE(run(dec, *dialogs, back));
+    EXPECT_EQ(dec.Label1->text(), QStringLiteral("Decode process has been stopped."));
+    EXPECT_TRUE(readSoundInfo(back + QStringLiteral("/one.wav")).ok);
+    EXPECT_EQ(QDir(back).entryList(QDir::Files | QDir::Hidden), QStringList{"one.wav"});
 }
 
 TEST_F(FileConversionRunTest, TheBatchWritesMuLawMonoCopies) {
@@ -170,18 +173,65 @@ TEST_F(FileConversionRunTest, TheBatchTellsAnEmptySourceConvertsWhatACutOneHolds
     EXPECT_EQ(QFileInfo(cut).size(), 20000);
 }
 
-TEST_F(FileConversionRunTest, ABatchDestinationThatFillsUpKeepsTheListAndTheFilesDone) {
+// A destination that fills up, holding an older file of the output's name, in each window:
+// the user is told which file and why, no success text, the list kept and the older file
+// whole. A complete run first makes the queues' success texts their ones to show.
+TEST_F(FileConversionRunTest, AQueueDestinationThatFillsUpIsToldAndKeepsTheOlderFile) {
+    // Each output is larger than the disk: about 160 KB of MP3, 350 KB of WAV.
+    ASSERT_TRUE(writeTone(tempDir() + QStringLiteral("/ten.wav"), 10.0, 44100, 2));
+    ASSERT_TRUE(writeMp3Tone(tempDir() + QStringLiteral("/one.mp3"), 2.0, 44100, 2, 128));
+    const struct {
+        QString window, source, output, success;
+    } cases[] = {
+        {"encode", tempDir() + "/ten.wav", "ten.mp3",
+         "The file list has been successfully encoded."},
+        {"decode", tempDir() + "/one.mp3", "one.wav",
+         "The file list has been successfully decoded."},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.window.toStdString());
+        FileQueueForm& w = c.window == "encode"
+                               ? static_cast<FileQueueForm&>(Forms::touch<frmEncode>())
+                               : Forms::touch<frmDecode>();
+        w.Process_DROPFILES({c.source});
+        ASSERT_TRUE(run(w, *dialogs, out()));
+        ASSERT_EQ(w.Label1->text(), c.success);
+
+        const QString full = tempDir() + QStringLiteral("/full-") + c.window;
+        const QString output = full + u'/' + c.output;
+        const QByteArray older(10000, 'o');
+        const int code = runOnFillingFolder(full, 64 * 1024, [&] {
+            if (!writeBytes(output, older)) return 1;
+            msgBox().reset();
+            w.Process_DROPFILES({c.source});
+            if (!run(w, *dialogs, full)) return 2;
+            const QStringList told = msgBox().texts();
+            if (told.size() != 1 || !told[0].startsWith(QStringLiteral("Unable to write file:  ") +
+                                                        output + QStringLiteral("\r\n\r\n")))
+                return 3;
+            if (w.Label1->text() == c.success || w.List1->count() != 1) return 4;
+            if (fileBytes(output) != older || !hiddenFiles(full).isEmpty()) return 5;
+            return 0;
+        });
+        EXPECT_EQ(code, 0);
+        w.unload();
+    }
+}
+
+TEST_F(FileConversionRunTest, ABatchDestinationThatFillsUpKeepsTheListTheFilesDoneAndTheOlderFile) {
     const QString big = tempDir() + QStringLiteral("/big.wav");
     ASSERT_TRUE(writeTone(big, 20.0, 44100, 2));
     const QString last = tempDir() + QStringLiteral("/last.wav");
     ASSERT_TRUE(writeTone(last, 0.5, 44100, 2));
+    const QByteArray older(10000, 'o');
     // Room for one.wav (2 s, about 350 KB) but not for big.wav.
-    const qint64 limit = 1 << 20;
-    const int code = runWithFileSizeLimit(limit, [&] {
+    const QString full = tempDir() + QStringLiteral("/full");
+    const int code = runOnFillingFolder(full, 1 << 20, [&] {
+        if (!writeBytes(full + QStringLiteral("/big.wav"), older)) return 1;
         frmBatchConvert& w = Forms::touch<frmBatchConvert>();
         w.Process_DROPFILES({wav1, big, last});
         FakeFormatChooser::latest()->script({WaveFormat{WaveFormat::Pcm16, 44100, 2}});
-        dialogs->scriptFolder(out());
+        dialogs->scriptFolder(full);
         w.ConvertMenu->trigger();
         if (!waitUntil([&] { return !msgBox().shown.isEmpty(); })) return 2;
         settle();
@@ -189,14 +239,14 @@ TEST_F(FileConversionRunTest, ABatchDestinationThatFillsUpKeepsTheListAndTheFile
             return 3;
         if (w.List1->count() != 3 || !w.RunFailed) return 4;
         if (w.Label1->text().contains(QStringLiteral("successfully"))) return 5;
+        const SoundInfo done = readSoundInfo(full + QStringLiteral("/one.wav"));
+        if (!done.ok || done.frames != 2 * 44100) return 6;
+        if (fileBytes(full + QStringLiteral("/big.wav")) != older) return 7;
+        if (QFileInfo::exists(full + QStringLiteral("/last.wav")) || !hiddenFiles(full).isEmpty())
+            return 8;
         return 0;
     });
     EXPECT_EQ(code, 0);
-    const SoundInfo done = readSoundInfo(out() + QStringLiteral("/one.wav"));
-    EXPECT_TRUE(done.ok);
-    EXPECT_EQ(done.frames, 2 * 44100);
-    EXPECT_LE(QFileInfo(out() + QStringLiteral("/big.wav")).size(), limit);
-    EXPECT_FALSE(QFileInfo::exists(out() + QStringLiteral("/last.wav")));
 }
 
 }  // namespace

@@ -154,4 +154,33 @@ TEST_F(CDtoMP3RunTest, ATrackOfADiscImageBecomesAnMp3OfItsLength) {
     EXPECT_TRUE(msgBox().shown.isEmpty());
 }
 
+// The temporary space and the output share a disk that fills up (the low-space question
+// answered Yes): the user is told which file could not be written, the title is not the
+// one of a complete run, and an older MP3 of the output's name stays whole.
+TEST_F(CDtoMP3RunTest, ADiskThatFillsUpIsToldAndKeepsTheOlderMp3) {
+    const QString full = tempDir() + QStringLiteral("/full");
+    SaveAppSetting(QStringLiteral("Temp  Location"), full);
+    SaveAppSetting(QStringLiteral("CD to MP3 Path"), full);
+    const QString output = full + QStringLiteral("/Track2.mp3");
+    const QByteArray older(10000, 'o');
+    // The track is 2 s: about 350 KB of WAV on the way to 16 KB of MP3.
+    const int code = runOnFillingFolder(full, 128 * 1024, [&] {
+        if (!writeBytes(output, older)) return 1;
+        msgBox().script({Mb::Yes, Mb::Yes});
+        frmCDtoMP3& w = Forms::touch<frmCDtoMP3>();
+        w.List1->item(1)->setSelected(true);
+        w.mnuConvert->trigger();
+        QStringList told = msgBox().texts();
+        // Asked when the temporary space is short, as a tmpfs here is.
+        told.removeIf([](const QString& t) { return t.contains("running low on disk space"); });
+        if (told.size() != 1 || !told[0].startsWith(QStringLiteral("Unable to write file:  ")))
+            return 2;
+        if (w.windowTitle() == QStringLiteral("Convert CD to MP3 - Conversion(s) Complete"))
+            return 3;
+        if (fileBytes(output) != older || !hiddenFiles(full).isEmpty()) return 4;
+        return 0;
+    });
+    EXPECT_EQ(code, 0);
+}
+
 }  // namespace

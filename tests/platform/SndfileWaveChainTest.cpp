@@ -146,7 +146,8 @@ TEST_F(SndfileWaveChainTest, StopMidwayEndsWithoutTheEndOfDataAndKeepsWhatWasWri
 TEST_F(SndfileWaveChainTest, AFailedWriteRaisesTheDestinationsErrorWithTheFailureBit) {
     ASSERT_TRUE(writeTone(path("a.wav"), 1.0, 44100, 2));
     ChainUnderTest t;
-    t.start(path("a.wav"), "/dev/full", WaveFormat(WaveFormat::Pcm16, 44100, 2));
+    // A "folder" that is a file takes no file.
+    t.start(path("a.wav"), path("a.wav/out.wav"), WaveFormat(WaveFormat::Pcm16, 44100, 2));
     EXPECT_EQ(t.chain->lastError(), 0);
     ASSERT_TRUE(t.waitFor("error"));
     EXPECT_EQ(t.stateAtError, WaveChain::StateRunning | WaveChain::StateWriteFailed);

@@ -5,10 +5,12 @@
 #include <sndfile.h>
 
 #include <dlfcn.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
@@ -212,6 +214,40 @@ int runWithFileSizeLimit(qint64 limitBytes, const std::function<int()>& body) {
     int status = 0;
     if (::waitpid(child, &status, 0) != child || !WIFEXITED(status)) return -1;
     return WEXITSTATUS(status);
+}
+
+int runOnFillingFolder(const QString& folder, qint64 bytes, const std::function<int()>& body) {
+    QDir().mkpath(folder);
+    const QByteArray path = QFile::encodeName(folder);
+    const QByteArray options = "size=" + QByteArray::number(bytes);
+    if (qgetenv("CANTOVEL_TEST_NO_MOUNT") != "1" &&
+        ::mount("tmpfs", path.constData(), "tmpfs", MS_NOSUID | MS_NODEV, options.constData()) ==
+            0) {
+        const int code = body();
+        ::umount2(path.constData(), MNT_DETACH);
+        return code;
+    }
+    // In this process rather than a forked child: a child of a process with threads may
+    // find a lock held by one that is gone. Every file grows to `bytes` at most meanwhile.
+    const auto oldHandler = ::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit saved;
+    ::getrlimit(RLIMIT_FSIZE, &saved);
+    struct rlimit limit = saved;
+    limit.rlim_cur = rlim_t(bytes);
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    const int code = body();
+    ::setrlimit(RLIMIT_FSIZE, &saved);
+    ::signal(SIGXFSZ, oldHandler);
+    return code;
+}
+
+QByteArray fileBytes(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+QStringList hiddenFiles(const QString& folder) {
+    return QDir(folder).entryList({QStringLiteral(".*")}, QDir::Files | QDir::Hidden);
 }
 
 bool waitUntil(const std::function<bool()>& done, int timeoutMs) {

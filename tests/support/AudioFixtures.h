@@ -58,6 +58,18 @@ Mp3Info decodeMp3(const QString& path);
 // fails as on a full disk) and returns the child's exit code, or -1 if it didn't exit.
 int runWithFileSizeLimit(qint64 limitBytes, const std::function<int()>& body);
 
+// Runs `body` with `folder` on a disk of `bytes` bytes that fills up: a tmpfs mounted there
+// when the test may mount one (gone again afterwards, so `body` checks what it needs), else
+// a file-size limit of `bytes` on every file while `body` runs. CANTOVEL_TEST_NO_MOUNT=1
+// takes the second way. Returns body's code.
+int runOnFillingFolder(const QString& folder, qint64 bytes, const std::function<int()>& body);
+
+// The bytes of a file; empty when it can't be read.
+QByteArray fileBytes(const QString& path);
+
+// The names of `folder`'s hidden files, where an unfinished output would be left.
+QStringList hiddenFiles(const QString& folder);
+
 // Runs events until `done` answers true or `timeoutMs` of wall time pass; returns `done`.
 bool waitUntil(const std::function<bool()>& done, int timeoutMs = 20000);
 

@@ -19,6 +19,7 @@ class FakeMp3Decoder : public Mp3Decoder, public TrackedFake<FakeMp3Decoder, Mp3
     void StopDecode() override { run.stop(); }
     qint32 FrameTotal() const override { return run.frameTotal; }
     bool WriteFailed() const override { return run.writeFailed; }
+    QString WriteErrorDescription() const override { return run.writeError; }
 
     ScriptedRun run;
 };

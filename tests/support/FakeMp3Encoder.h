@@ -19,6 +19,7 @@ class FakeMp3Encoder : public Mp3Encoder, public TrackedFake<FakeMp3Encoder, Mp3
     void Stop() override { run.stop(); }
     qint32 FrameTotal() const override { return run.frameTotal; }
     bool WriteFailed() const override { return run.writeFailed; }
+    QString WriteErrorDescription() const override { return run.writeError; }
 
     ScriptedRun run;
     // Bitrate and DownMix as they were at each Start.

@@ -31,6 +31,10 @@ class FakeTrackExtractor : public TrackExtractor,
     qint32 TrackLength(int track) override;
     qint16 ExtractTrack(QString& fileName, int track) override;
     void Abort() override;
+    bool WriteFailed() const override { return writeFailed; }
+    QString WriteErrorDescription() const override {
+        return writeFailed ? QStringLiteral("No space left on device") : QString();
+    }
     qint16 Preview(qint16 track, qint16 startSecond, qint16 seconds) override;
     void EndPreview() override { ++endPreviews; }
 
@@ -53,6 +57,7 @@ class FakeTrackExtractor : public TrackExtractor,
     QList<QList<qint16>> previews;
     int endPreviews = 0;
     bool running = false;
+    bool writeFailed = false;
 
     // Test side.
     void progress(qint32 value);

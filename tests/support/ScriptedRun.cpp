@@ -28,6 +28,7 @@ void ScriptedRun::setFiles(const QString& input, const QString& output, bool acc
     output_ = output;
     accepted_ = accepted;
     writeFailed = false;
+    writeError.clear();
 }
 
 void ScriptedRun::start() {
@@ -84,6 +85,7 @@ void ScriptedRun::failWrite() {
     if (!running) return;
     halt();
     writeFailed = true;
+    writeError = QStringLiteral("No space left on device");
     done_();
 }
 

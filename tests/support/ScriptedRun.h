@@ -48,6 +48,7 @@ class ScriptedRun {
     int stops = 0;
     bool running = false;
     bool writeFailed = false;
+    QString writeError;
 
     // Component side.
     void setFiles(const QString& input, const QString& output, bool accepted);

@@ -14,6 +14,7 @@
 #include "platform/wavechain/AudioSource.h"
 #include "platform/wavechain/Resampler.h"
 #include "platform/wavechain/SoundSink.h"
+#include "platform/wavechain/StagedOutput.h"
 
 namespace cantovel {
 
@@ -21,6 +22,9 @@ namespace {
 
 constexpr int kSectorSamples = CDIO_CD_FRAMESIZE_RAW / 2;  // 16-bit samples, both channels
 constexpr int kCdRate = 44100;
+// Sectors a read at most, whatever block count the user typed: a read of more than a
+// drive takes in one command only fails.
+constexpr int kMaxBlockCount = 256;
 
 // The disc opened for reading audio; everything released however the copy ends.
 struct Drive {
@@ -48,7 +52,7 @@ struct Drive {
         const bool image = cdio_get_driver_id(cdio) != DRIVER_LINUX;
         if (image || job.deviceType != 0) cdda->bigendianp = 0;
         if (cdio_cddap_open(cdda) != 0) return false;
-        cdda->nsectors = job.blockCount;
+        cdda->nsectors = std::clamp(job.blockCount, 1, kMaxBlockCount);
         if (job.copyMode != 1) {
             paranoia = cdio_paranoia_init(cdda);
             if (!paranoia) return false;
@@ -136,30 +140,42 @@ CdRipper::Outcome CdRipper::run(const Job& job, const Callbacks& callbacks) {
     quietCdio();
     Drive drive;
     if (!drive.open(job)) return Outcome::ReadFailed;
+    // Written aside and put in place at the end, so an older file of the name is never
+    // left cut short by a copy that fails.
+    StagedOutput staged(job.fileName);
     Writer writer(job.format);
-    if (!writer.open(job.fileName)) return Outcome::WriteFailed;
+    if (!staged.create() || !writer.open(staged.path())) return Outcome::WriteFailed;
     if (callbacks.started) callbacks.started();
 
     std::vector<short> block;
-    const int blockCount = std::max(job.blockCount, 1);
+    const int blockCount = std::clamp(job.blockCount, 1, kMaxBlockCount);
     qint64 done = 0;
     while (done < job.count) {
         if (callbacks.stop && callbacks.stop()) {
-            // What was read so far is a valid WAV of its own.
+            // What was read so far is a valid WAV of its own, and stays.
             writer.close();
-            return Outcome::Stopped;
+            return staged.keep() ? Outcome::Stopped : Outcome::WriteFailed;
         }
         const int sectors = int(std::min<qint64>(blockCount, job.count - done));
         const long got = drive.read(job.first + done, sectors, block);
         if (got <= 0) {
             writer.close();
+            staged.fail();
             return Outcome::ReadFailed;
         }
-        if (!writer.write(block, qint64(got) * kSectorSamples / 2)) return Outcome::WriteFailed;
+        if (!writer.write(block, qint64(got) * kSectorSamples / 2)) {
+            writer.close();
+            staged.fail();
+            return Outcome::WriteFailed;
+        }
         done += got;
         if (callbacks.progress) callbacks.progress(done);
     }
-    return writer.close() ? Outcome::Done : Outcome::WriteFailed;
+    if (!writer.close()) {
+        staged.fail();
+        return Outcome::WriteFailed;
+    }
+    return staged.keep() ? Outcome::Done : Outcome::WriteFailed;
 }
 
 }  // namespace cantovel

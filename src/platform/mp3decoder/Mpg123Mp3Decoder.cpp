@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "platform/wavechain/SoundSink.h"
+#include "platform/wavechain/StagedOutput.h"
 
 namespace cantovel {
 
@@ -46,25 +47,22 @@ std::shared_ptr<mpg123_handle> openStream(const QString& path, long* rate, int* 
 Mpg123Mp3Decoder::Mpg123Mp3Decoder(QObject* parent) : Mp3Decoder(parent) {}
 
 Mpg123Mp3Decoder::~Mpg123Mp3Decoder() {
-    job_.stop();
+    endRun();
 }
 
 qint16 Mpg123Mp3Decoder::SetFiles(const QString& input, const QString& output) {
     clearError();
-    job_.stop();
+    endRun();
     stream_.reset();
     frameTotal_ = 0;
     writeFailed_ = false;
+    writeError_.clear();
 
     long rate = 0;
     int channels = 0;
+    // A refused source is answered, not raised: the window ends its run there.
     auto stream = openStream(input, &rate, &channels);
-    if (!stream) {
-        raise(QStringLiteral("No MPEG audio was found in the source file."));
-        return SourceNotMpeg;
-    }
-    const QFileInfo folder(QFileInfo(output).absolutePath());
-    if (output.isEmpty() || !folder.isDir() || !folder.isWritable()) return OutputNotWritable;
+    if (!stream) return SourceNotMpeg;
 
     stream_ = std::move(stream);
     output_ = output;
@@ -80,19 +78,23 @@ void Mpg123Mp3Decoder::StartDecode() {
 
     auto wav = std::make_shared<SoundSink>();
     std::shared_ptr<mpg123_handle> stream = std::exchange(stream_, nullptr);
-    if (!wav->open(output_, SF_FORMAT_WAV | SF_FORMAT_PCM_16, int(rate_), channels_)) {
-        if (isDiskFullError(wav->openErrno())) {
-            job_.start(
-                [this](const BackgroundJob::Run& run) { run.report([this] { finishRun(true); }); });
-            return;
-        }
-        raise(QStringLiteral("The WAV file can't be created: %1").arg(wav->errorText()));
+    // Written aside and put in place when complete: an older output is never left cut
+    // short. A folder that takes no file ends the run as a failed write.
+    auto staged = std::make_shared<StagedOutput>(output_);
+    if (!staged->create() ||
+        !wav->open(staged->path(), SF_FORMAT_WAV | SF_FORMAT_PCM_16, int(rate_), channels_)) {
+        const int error = staged->error() ? staged->error() : wav->openErrno();
+        staged->drop();
+        job_.start([this, error](const BackgroundJob::Run& run) {
+            run.report([this, error] { finishRun(error ? error : EIO); });
+        });
         return;
     }
+    staged_ = staged;
 
     const qint32 total = frameTotal_;
     const int channels = channels_;
-    job_.start([this, stream, wav, total, channels](const BackgroundJob::Run& run) {
+    job_.start([this, stream, wav, total, channels, staged](const BackgroundJob::Run& run) {
         std::vector<short> pcm(std::max<size_t>(mpg123_outblock(stream.get()), 1 << 16) / 2);
         qint32 reported = 0;
         const qint32 step = std::max<qint32>(1, total / 100);
@@ -103,7 +105,10 @@ void Mpg123Mp3Decoder::StartDecode() {
                 mpg123_read(stream.get(), pcm.data(), pcm.size() * sizeof(short), &bytes);
             const qint64 frames = qint64(bytes / sizeof(short)) / channels;
             if (frames > 0 && !wav->write(pcm.data(), frames)) {
-                run.report([this] { finishRun(true); });
+                const int error = wav->writeErrno();
+                wav->close();
+                staged->fail();
+                run.report([this, error] { finishRun(error); });
                 return;
             }
             if (status != MPG123_OK && status != MPG123_NEW_FORMAT) break;
@@ -114,21 +119,37 @@ void Mpg123Mp3Decoder::StartDecode() {
             }
         }
         // Closing writes the final lengths into the header: part of the output too.
-        const bool written = wav->close();
-        run.report([this, total, written] {
-            if (written) emit DecodeProgress(total);
-            finishRun(!written);
+        const bool closed = wav->close();
+        int error = closed ? 0 : wav->writeErrno();
+        if (!closed)
+            staged->fail();
+        else if (!staged->keep())
+            error = staged->error();
+        run.report([this, total, error] {
+            if (!error) emit DecodeProgress(total);
+            finishRun(error);
         });
     });
 }
 
-void Mpg123Mp3Decoder::finishRun(bool writeFailed) {
-    if (writeFailed) writeFailed_ = true;
+void Mpg123Mp3Decoder::finishRun(int writeError) {
+    staged_.reset();
+    if (writeError) {
+        writeFailed_ = true;
+        writeError_ = systemErrorText(writeError);
+    }
     emit DecodeDone();
 }
 
-void Mpg123Mp3Decoder::StopDecode() {
+void Mpg123Mp3Decoder::endRun() {
     job_.stop();
+    // What a stopped run wrote stays, under the output's name.
+    if (staged_) staged_->keep();
+    staged_.reset();
+}
+
+void Mpg123Mp3Decoder::StopDecode() {
+    endRun();
 }
 
 }  // namespace cantovel

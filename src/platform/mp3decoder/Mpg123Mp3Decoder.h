@@ -8,6 +8,8 @@ struct mpg123_handle_struct;
 
 namespace cantovel {
 
+class StagedOutput;
+
 // The decoder on mpg123, writing the WAV through libsndfile.
 class Mpg123Mp3Decoder : public Mp3Decoder {
     Q_OBJECT
@@ -20,9 +22,12 @@ class Mpg123Mp3Decoder : public Mp3Decoder {
     void StopDecode() override;
     qint32 FrameTotal() const override { return frameTotal_; }
     bool WriteFailed() const override { return writeFailed_; }
+    QString WriteErrorDescription() const override { return writeError_; }
 
   private:
-    void finishRun(bool writeFailed);
+    // Ends the run; a nonzero system error number marks a failed write.
+    void finishRun(int writeError);
+    void endRun();
 
     BackgroundJob job_{this};
     std::shared_ptr<mpg123_handle_struct> stream_;
@@ -31,6 +36,8 @@ class Mpg123Mp3Decoder : public Mp3Decoder {
     int channels_ = 0;
     qint32 frameTotal_ = 0;
     bool writeFailed_ = false;
+    QString writeError_;
+    std::shared_ptr<StagedOutput> staged_;
 };
 
 }  // namespace cantovel

@@ -12,6 +12,7 @@
 
 #include "platform/wavechain/ConvertingReader.h"
 #include "platform/wavechain/SoundSink.h"
+#include "platform/wavechain/StagedOutput.h"
 
 namespace cantovel {
 
@@ -49,7 +50,7 @@ int kbitPerSecond(qint32 bitrate) {
 LameMp3Encoder::LameMp3Encoder(QObject* parent) : Mp3Encoder(parent) {}
 
 LameMp3Encoder::~LameMp3Encoder() {
-    job_.stop();
+    endRun();
 }
 
 int LameMp3Encoder::lameInputRate(int rate) {
@@ -60,27 +61,16 @@ int LameMp3Encoder::lameInputRate(int rate) {
 
 qint16 LameMp3Encoder::SetFiles(const QString& input, const QString& output) {
     clearError();
-    job_.stop();
+    endRun();
     source_.reset();
     frameTotal_ = 0;
     writeFailed_ = false;
+    writeError_.clear();
 
+    // A refused source is answered, not raised: the window ends its run there.
     auto source = std::make_unique<AudioSource>();
-    if (!source->open(input)) {
-        // Raised, as the decoder does for a file without MPEG audio: the window tells the
-        // user and goes on with its next file.
-        raise(QStringLiteral("The source file is missing, unreadable or holds no sound."));
-        return SourceNotAudio;
-    }
-    if (source->isTruncatedWav()) {
-        raise(
-            QStringLiteral("The source WAV file is cut short: it holds less sound than its "
-                           "header gives."));
-        return SourceDamaged;
-    }
-    const QFileInfo folder(QFileInfo(output).absolutePath());
-    if (output.isEmpty() || !folder.isDir() || !folder.isWritable()) return OutputNotWritable;
-
+    if (!source->open(input)) return SourceNotAudio;
+    if (source->isTruncatedWav()) return SourceDamaged;
     source_ = std::move(source);
     output_ = output;
     return FilesAccepted;
@@ -117,31 +107,38 @@ void LameMp3Encoder::Start() {
     }
     frameTotal_ = std::max(1, lame_get_totalframes(lame.get()));
 
-    const QByteArray name = QFile::encodeName(output_);
-    auto file = std::make_shared<OutputFile>(std::fopen(name.constData(), "wb+"));
-    if (!file->get()) {
-        const int error = errno;
-        if (isDiskFullError(error)) {
-            // A full disk shows as a run that ends at once with nothing written.
-            source_.reset();
-            job_.start(
-                [this](const BackgroundJob::Run& run) { run.report([this] { finishRun(true); }); });
-            return;
-        }
-        raise(QStringLiteral("The MP3 file can't be created: %1")
-                  .arg(QString::fromLocal8Bit(std::strerror(error))));
+    // Written aside and put in place when complete: an older output is never left cut
+    // short. A folder that takes no file ends the run as a failed write.
+    auto staged = std::make_shared<StagedOutput>(output_);
+    std::shared_ptr<OutputFile> file;
+    int openError = 0;
+    if (!staged->create()) {
+        openError = staged->error();
+    } else {
+        file = std::make_shared<OutputFile>(
+            std::fopen(QFile::encodeName(staged->path()).constData(), "wb+"));
+        if (!file->get()) openError = errno ? errno : EIO;
+    }
+    if (openError) {
+        staged->drop();
+        source_.reset();
+        job_.start([this, openError](const BackgroundJob::Run& run) {
+            run.report([this, openError] { finishRun(openError); });
+        });
         return;
     }
+    staged_ = staged;
     std::setvbuf(file->get(), nullptr, _IOFBF, 1 << 16);
 
     std::shared_ptr<AudioSource> source(std::move(source_));
     const qint32 total = frameTotal_;
     job_.start([this, source, total, inRate, channels,
-                lame = std::shared_ptr<lame_global_flags>(lame.release(), LameCloser()),
-                file](const BackgroundJob::Run& run) {
+                lame = std::shared_ptr<lame_global_flags>(lame.release(), LameCloser()), file,
+                staged](const BackgroundJob::Run& run) {
         ConvertingReader reader(*source, channels, inRate);
         if (!reader.isValid()) {
-            run.report([this] { finishRun(false); });
+            staged->drop();
+            run.report([this] { finishRun(0); });
             return;
         }
         std::vector<unsigned char> mp3;
@@ -164,7 +161,9 @@ void LameMp3Encoder::Start() {
             }
             if (!more) bytes = lame_encode_flush(lame.get(), mp3.data(), int(mp3.size()));
             if (bytes < 0 || !writeAll(file->get(), mp3.data(), bytes)) {
-                run.report([this] { finishRun(true); });
+                const int error = bytes < 0 ? EIO : errno;
+                staged->fail();
+                run.report([this, error] { finishRun(error); });
                 return;
             }
             const qint32 done = std::min(total, qint32(lame_get_frameNum(lame.get())));
@@ -181,24 +180,40 @@ void LameMp3Encoder::Start() {
                       std::fwrite(tag, 1, tagSize, file->get()) == tagSize;
         // Closed here, so the file is complete on disk before EncodeDone is heard.
         written = file->close() && written;
-        if (!written) {
-            run.report([this] { finishRun(true); });
-            return;
-        }
-        run.report([this, total] {
+        const int error = written ? 0 : errno;
+        if (!written)
+            staged->fail();
+        else if (!staged->keep())
+            written = false;
+        run.report([this, total, written, error, staged] {
+            if (!written) {
+                finishRun(error ? error : staged->error());
+                return;
+            }
             emit EncodeProgress(total);
-            finishRun(false);
+            finishRun(0);
         });
     });
 }
 
-void LameMp3Encoder::finishRun(bool writeFailed) {
-    if (writeFailed) writeFailed_ = true;
+void LameMp3Encoder::finishRun(int writeError) {
+    staged_.reset();
+    if (writeError) {
+        writeFailed_ = true;
+        writeError_ = systemErrorText(writeError);
+    }
     emit EncodeDone();
 }
 
-void LameMp3Encoder::Stop() {
+void LameMp3Encoder::endRun() {
     job_.stop();
+    // What a stopped run wrote stays, under the output's name.
+    if (staged_) staged_->keep();
+    staged_.reset();
+}
+
+void LameMp3Encoder::Stop() {
+    endRun();
 }
 
 }  // namespace cantovel

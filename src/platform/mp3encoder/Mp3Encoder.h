@@ -3,10 +3,12 @@
 // constant-bit-rate MP3 on a worker thread and reports on the UI thread.
 //
 // A run: set Bitrate and DownMix, SetFiles(source, output), Start. EncodeProgress(value)
-// follows with values that never go down and end at FrameTotal(), then EncodeDone. A run
-// that cannot write its output (a full disk) ends early with EncodeDone and WriteFailed()
-// true. Stop ends a run at once: no further event comes from it, and the output stays as
-// far as it was written.
+// follows with values that never go down and end at FrameTotal(), then EncodeDone. The
+// MP3 is written under a temporary name beside the output and takes the output's name
+// (replacing an older file) once complete. A run that cannot write it (a full disk, a
+// folder that refuses or has gone) ends early with EncodeDone and WriteFailed() true, and
+// an older output stays as it was. Stop ends a run at once: no further event comes from
+// it, and the output stays as far as it was written.
 //
 // Calls that can fail the way a control raises a run-time error leave the error's number
 // in lastError() (0 when the call went through) and its text in lastErrorDescription();
@@ -25,9 +27,8 @@ class Mp3Encoder : public QObject, public RaisedError {
     // SetFiles results.
     enum : qint16 {
         FilesAccepted = 0,
-        SourceNotAudio = 1,     // missing, unreadable, or not a sound file; raises ErrRefused
-        SourceDamaged = 2,      // a WAV cut short; raises ErrRefused as well
-        OutputNotWritable = 3,  // the output's folder is missing or read-only
+        SourceNotAudio = 1,  // missing, unreadable, or not a sound file
+        SourceDamaged = 2,   // a WAV cut short
     };
 
     using QObject::QObject;
@@ -43,16 +44,19 @@ class Mp3Encoder : public QObject, public RaisedError {
 
     // Names the source and the output of the next run, ending any run first. The source
     // may be any sound file libsndfile reads (any WAV: 8 to 32-bit, float, any rate); it
-    // is checked now and the output's folder too. Returns FilesAccepted or a code above.
+    // is checked now. Returns FilesAccepted or a code above; a refused source raises
+    // nothing.
     virtual qint16 SetFiles(const QString& input, const QString& output) = 0;
     // Starts encoding the accepted files. Without accepted files it does nothing.
-    // Raises ErrRefused when the encoder refuses the settings or the output can't be made.
+    // Raises ErrRefused when the encoder refuses the settings.
     virtual void Start() = 0;
     virtual void Stop() = 0;
     // The count EncodeProgress runs up to: MP3 frames of the run, known from Start.
     virtual qint32 FrameTotal() const = 0;
     // True once the current or last run failed to write its output.
     virtual bool WriteFailed() const = 0;
+    // Why, as the user reads it ("No space left on device").
+    virtual QString WriteErrorDescription() const = 0;
 
   signals:
     void EncodeProgress(qint32 value);

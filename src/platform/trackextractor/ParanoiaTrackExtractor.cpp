@@ -13,6 +13,7 @@
 #include "platform/cddrives/CdDrives.h"
 #include "platform/mediaplayer/MediaPlayer.h"
 #include "platform/wavechain/SoundSink.h"
+#include "platform/wavechain/StagedOutput.h"
 
 namespace cantovel {
 
@@ -49,8 +50,10 @@ QList<ParanoiaTrackExtractor::Track> readToc(const QString& device) {
 
 // Reads sectors `first` to `last` through paranoia into `sink`. `progress` hears each
 // sector done; false from it, or from the read, ends the work with false.
+// A failed write sets `writeFailed` when given.
 bool extractSectors(const QString& device, qint32 first, qint32 last, SoundSink& sink,
-                    const std::function<bool(qint32 done, qint32 total)>& progress) {
+                    const std::function<bool(qint32 done, qint32 total)>& progress,
+                    bool* writeFailed = nullptr) {
     CdioHandle cdio = openDisc(device);
     if (!cdio) return false;
     cdrom_drive_t* drive = cdio_cddap_identify_cdio(cdio.get(), CDDA_MESSAGE_FORGETIT, nullptr);
@@ -68,7 +71,11 @@ bool extractSectors(const QString& device, qint32 first, qint32 last, SoundSink&
     const qint32 total = last - first + 1;
     for (qint32 done = 0; done < total; ++done) {
         const int16_t* samples = cdio_paranoia_read(paranoia.get(), nullptr);
-        if (!samples || !sink.write(samples, kFramesPerSector)) return false;
+        if (!samples) return false;
+        if (!sink.write(samples, kFramesPerSector)) {
+            if (writeFailed) *writeFailed = true;
+            return false;
+        }
         if (!progress(done + 1, total)) return false;
     }
     return true;
@@ -128,35 +135,54 @@ qint32 ParanoiaTrackExtractor::TrackLength(int track) {
 qint16 ParanoiaTrackExtractor::ExtractTrack(QString& fileName, int track) {
     clearError();
     job_.stop();
+    writeFailed_ = false;
+    writeError_.clear();
     if (device_.isEmpty() || tracks_.isEmpty()) return NoDisc;
     if (track < 1 || track > tracks_.size() || !tracks_[track - 1].audio) return NoSuchTrack;
     auto sink = std::make_shared<SoundSink>();
-    if (!sink->open(fileName, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 44100, 2)) {
-        raise(QStringLiteral("The WAV file can't be created: %1").arg(sink->errorText()));
-        return OutputNotWritable;
-    }
     const Track t = tracks_[track - 1];
     const QString device = device_;
-    job_.start([this, t, device, sink](const BackgroundJob::Run& run) {
+    // A file that can't be made is a failed write, told at the end of the run like one
+    // that fills the disk on the way.
+    const bool opened = sink->open(fileName, SF_FORMAT_WAV | SF_FORMAT_PCM_16, 44100, 2);
+    const int openError = opened ? 0 : (sink->openErrno() ? sink->openErrno() : EIO);
+    job_.start([this, t, device, sink, openError](const BackgroundJob::Run& run) {
         run.report([this] { emit ExtractBegin(); });
+        if (openError) {
+            run.report([this, openError] { finishRun(openError); });
+            return;
+        }
         qint32 reported = -1;
+        bool writeFailed = false;
         // A track that can't be read to its end still ends the run, with the WAV as far
         // as it was written, as a stopped drive leaves it.
-        extractSectors(device, t.firstSector, t.lastSector, *sink, [&](qint32 done, qint32 total) {
-            if (run.stopRequested()) return false;
-            const qint32 permille = qint32(qint64(done) * 1000 / total);
-            if (permille - reported >= 5 || done == total) {
-                reported = permille;
-                run.report([this, permille] { emit ExtractProgress(permille); });
-            }
-            return true;
-        });
+        extractSectors(
+            device, t.firstSector, t.lastSector, *sink,
+            [&](qint32 done, qint32 total) {
+                if (run.stopRequested()) return false;
+                const qint32 permille = qint32(qint64(done) * 1000 / total);
+                if (permille - reported >= 5 || done == total) {
+                    reported = permille;
+                    run.report([this, permille] { emit ExtractProgress(permille); });
+                }
+                return true;
+            },
+            &writeFailed);
         if (run.stopRequested()) return;
         // Closing writes the lengths into the header: the file is whole before the end.
-        sink->close();
-        run.report([this] { emit ExtractDone(); });
+        const bool closed = sink->close();
+        const int error = writeFailed || !closed ? sink->writeErrno() : 0;
+        run.report([this, error] { finishRun(error); });
     });
     return Started;
+}
+
+void ParanoiaTrackExtractor::finishRun(int writeError) {
+    if (writeError) {
+        writeFailed_ = true;
+        writeError_ = systemErrorText(writeError);
+    }
+    emit ExtractDone();
 }
 
 void ParanoiaTrackExtractor::Abort() {

@@ -27,6 +27,8 @@ class ParanoiaTrackExtractor : public TrackExtractor {
     qint32 TrackLength(int track) override;
     qint16 ExtractTrack(QString& fileName, int track) override;
     void Abort() override;
+    bool WriteFailed() const override { return writeFailed_; }
+    QString WriteErrorDescription() const override { return writeError_; }
     qint16 Preview(qint16 track, qint16 startSecond, qint16 seconds) override;
     void EndPreview() override;
 
@@ -42,6 +44,8 @@ class ParanoiaTrackExtractor : public TrackExtractor {
         QString name, device;
     };
     QList<Drive> drives();
+    // Ends the run; a nonzero system error number marks a failed write.
+    void finishRun(int writeError);
 
     BackgroundJob job_{this};
     BackgroundJob previewJob_{this};
@@ -49,6 +53,8 @@ class ParanoiaTrackExtractor : public TrackExtractor {
     QList<Track> tracks_;
     std::unique_ptr<MediaPlayer> player_;
     std::unique_ptr<QTemporaryDir> previewDir_;
+    bool writeFailed_ = false;
+    QString writeError_;
 };
 
 }  // namespace cantovel

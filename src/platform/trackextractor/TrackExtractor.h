@@ -5,8 +5,10 @@
 //
 // A run: Initialize once, SelectDrive(n), then ExtractTrack(file, track). ExtractBegin
 // follows, then ExtractProgress(value) with values from 0 to 1000 that never go down,
-// then ExtractDone with the file complete and closed. Abort ends a run at once: no
-// further event comes from it, and the WAV stays as far as it was written.
+// then ExtractDone with the file complete and closed. A run that cannot write the file
+// (a full disk, a folder that refuses or has gone) ends early with ExtractDone and
+// WriteFailed() true. Abort ends a run at once: no further event comes from it, and the
+// WAV stays as far as it was written.
 //
 // Drives and tracks count from 1.
 
@@ -23,9 +25,9 @@ class TrackExtractor : public QObject, public RaisedError {
     // ExtractTrack results.
     enum : qint16 {
         Started = 0,
-        NoDisc = 1,       // no drive selected, or no readable disc in it
-        NoSuchTrack = 2,  // beyond the disc, or a data track
-        OutputNotWritable = 3,
+        NoDisc = 1,             // no drive selected, or no readable disc in it
+        NoSuchTrack = 2,        // beyond the disc, or a data track
+        OutputNotWritable = 3,  // the preview's own file
     };
 
     using QObject::QObject;
@@ -44,6 +46,10 @@ class TrackExtractor : public QObject, public RaisedError {
     // when it can't start, and then no event follows.
     virtual qint16 ExtractTrack(QString& fileName, int track) = 0;
     virtual void Abort() = 0;
+    // True once the current or last run failed to write its file, and why, as the user
+    // reads it.
+    virtual bool WriteFailed() const = 0;
+    virtual QString WriteErrorDescription() const = 0;
     // Plays `seconds` of `track` from `startSecond`; nonzero when it can't.
     virtual qint16 Preview(qint16 track, qint16 startSecond, qint16 seconds) = 0;
     virtual void EndPreview() = 0;

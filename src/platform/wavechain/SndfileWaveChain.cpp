@@ -5,12 +5,12 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <cstdio>
 #include <memory>
 
 #include "platform/wavechain/AudioSource.h"
 #include "platform/wavechain/ConvertingReader.h"
 #include "platform/wavechain/SoundSink.h"
+#include "platform/wavechain/StagedOutput.h"
 
 namespace cantovel {
 
@@ -29,8 +29,7 @@ bool sameFile(const QString& a, const QString& b) {
 SndfileWaveChain::SndfileWaveChain(QObject* parent) : WaveChain(parent) {}
 
 SndfileWaveChain::~SndfileWaveChain() {
-    job_.stop();
-    if (!aside_.isEmpty()) QFile::remove(aside_);
+    Stop();
 }
 
 bool SndfileWaveChain::PrepareOutput(const QString& name) {
@@ -53,58 +52,44 @@ void SndfileWaveChain::Start() {
         return;
     }
 
+    // Every destination is written aside and put in place when complete, so an older file
+    // of its name, or the source itself when it is its own destination, is never left cut
+    // short. A folder that takes no file is a failed write, told as one.
     const QString destination = DstFileName();
-    QString writeTo = destination;
-    if (sameFile(SrcFileName(), destination)) {
-        const QFileInfo info(destination);
-        writeTo =
-            info.absoluteDir().filePath(QStringLiteral(".%1.converting").arg(info.fileName()));
-    }
+    auto staged = std::make_shared<StagedOutput>(destination);
     auto dst = std::make_shared<SoundSink>();
-    if (!dst->open(writeTo, target.sndfileFormat(), target.sampleRate, target.channels) &&
-        !isDiskFullError(dst->openErrno())) {
-        raise(QStringLiteral("The destination file can't be created: %1").arg(dst->errorText()));
-        return;
-    }
+    const bool opened = staged->create() && dst->open(staged->path(), target.sndfileFormat(),
+                                                      target.sampleRate, target.channels);
+    if (!opened) staged->drop();
 
-    aside_ = writeTo == destination ? QString() : writeTo;
+    staged_ = staged;
+    keepStopped_ = !sameFile(SrcFileName(), destination);
     position_ = 0;
     length_ = source->frames();
     state_ = StateRunning;
     QMetaObject::invokeMethod(this, &WaveChain::TriggerStarted, Qt::QueuedConnection);
 
-    const QString aside = aside_;
-    job_.start([this, source, dst, target, aside, destination](const BackgroundJob::Run& run) {
-        ConvertingReader reader(*source, target.channels, target.sampleRate);
-        if (!reader.isValid()) {
+    job_.start([this, source, dst, target, staged, opened](const BackgroundJob::Run& run) {
+        const auto fail = [&] {
+            dst->close();
+            staged->fail();
             run.report([this] { failWrite(); });
-            return;
-        }
+        };
+        ConvertingReader reader(*source, target.channels, target.sampleRate);
+        if (!opened || !reader.isValid()) return fail();
         while (reader.next()) {
             if (run.stopRequested()) return;
-            if (!dst->write(reader.data(), reader.frames())) {
-                run.report([this] { failWrite(); });
-                return;
-            }
+            if (!dst->write(reader.data(), reader.frames())) return fail();
             position_ = reader.sourcePosition();
         }
         position_ = reader.sourcePosition();
         // The header's lengths are written on closing; a failure there is a failed write.
-        if (!dst->close()) {
+        if (!dst->close()) return fail();
+        if (!staged->keep()) {
             run.report([this] { failWrite(); });
             return;
         }
-        if (!aside.isEmpty()) {
-            const QByteArray from = QFile::encodeName(aside), to = QFile::encodeName(destination);
-            if (std::rename(from.constData(), to.constData()) != 0) {
-                run.report([this] { failWrite(); });
-                return;
-            }
-        }
-        run.report([this] {
-            aside_.clear();
-            emit TriggerDataEnd();
-        });
+        run.report([this] { emit TriggerDataEnd(); });
     });
 }
 
@@ -115,9 +100,15 @@ void SndfileWaveChain::failWrite() {
 
 void SndfileWaveChain::Stop() {
     job_.stop();
-    // Sound written aside for the source's own place is dropped: the source stays whole.
-    if (!aside_.isEmpty()) QFile::remove(aside_);
-    aside_.clear();
+    // A stopped run's output stays as far as it was written, but a source converted onto
+    // itself stays whole.
+    if (staged_) {
+        if (keepStopped_)
+            staged_->keep();
+        else
+            staged_->drop();
+    }
+    staged_.reset();
     if (!(state_ & StateRunning)) return;
     state_ &= ~StateRunning;
     QMetaObject::invokeMethod(this, &WaveChain::TriggerStopped, Qt::QueuedConnection);

@@ -1,10 +1,13 @@
 #pragma once
 #include <atomic>
+#include <memory>
 
 #include "platform/wavechain/BackgroundJob.h"
 #include "platform/wavechain/WaveChain.h"
 
 namespace cantovel {
+
+class StagedOutput;
 
 // The chain on libsndfile (reading and writing) and soxr (rate).
 class SndfileWaveChain : public WaveChain {
@@ -28,8 +31,9 @@ class SndfileWaveChain : public WaveChain {
     std::atomic<qint64> position_{0};
     qint64 length_ = 0;
     int state_ = 0;
-    // Where the run writes when the destination is the source itself; empty otherwise.
-    QString aside_;
+    // The run's output, written aside; kept on a stop unless it replaces its own source.
+    std::shared_ptr<StagedOutput> staged_;
+    bool keepStopped_ = true;
 };
 
 }  // namespace cantovel

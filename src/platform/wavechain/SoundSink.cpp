@@ -35,16 +35,24 @@ bool SoundSink::open(const QString& path, int format, int rate, int channels) {
     return true;
 }
 
+bool SoundSink::failed() {
+    writeErrno_ = errno ? errno : EIO;
+    return false;
+}
+
 bool SoundSink::write(const float* interleaved, qint64 frames) {
-    return file_ && sf_writef_float(file_, interleaved, frames) == frames;
+    errno = 0;
+    return (file_ && sf_writef_float(file_, interleaved, frames) == frames) || failed();
 }
 
 bool SoundSink::write(const short* interleaved, qint64 frames) {
-    return file_ && sf_writef_short(file_, interleaved, frames) == frames;
+    errno = 0;
+    return (file_ && sf_writef_short(file_, interleaved, frames) == frames) || failed();
 }
 
 bool SoundSink::close() {
-    return file_ && sf_close(std::exchange(file_, nullptr)) == 0;
+    errno = 0;
+    return (file_ && sf_close(std::exchange(file_, nullptr)) == 0) || failed();
 }
 
 }  // namespace cantovel

@@ -25,15 +25,20 @@ class SoundSink {
     int openErrno() const { return openErrno_; }
     QString errorText() const { return errorText_; }
 
-    // Each true when every frame was written.
+    // Each true when every frame was written; else writeErrno() says why.
     bool write(const float* interleaved, qint64 frames);
     bool write(const short* interleaved, qint64 frames);
     // Writes the final lengths into the header and closes; false when that failed.
     bool close();
+    // The system's error number of the last failed write or close (EIO when none was left).
+    int writeErrno() const { return writeErrno_; }
 
   private:
+    bool failed();
+
     sf_private_tag* file_ = nullptr;
     int openErrno_ = 0;
+    int writeErrno_ = 0;
     QString errorText_;
 };
 

@@ -10,9 +10,9 @@
 // follows it after the call returns. A failed write raises DstFileError while State()
 // holds StateWriteFailed; the run writes no more, and stays running until it is stopped.
 //
-// A destination that is the source itself is written aside and put in the source's place
-// only when complete, so a stopped or failed run leaves the source as it was. Any other
-// destination is written in place and stays as far as it was written.
+// The destination is written aside and put in place only when complete, so a failed run
+// leaves an older file of its name as it was. A stopped run's output stays as far as it
+// was written, but for a destination that is the source itself: the source stays whole.
 //
 // Start can fail the way a control raises a run-time error: it leaves the error's number
 // in lastError() (0 when the call went through) and its text in lastErrorDescription(),
