@@ -258,21 +258,40 @@ QString DesktopAssociations::execLine(const QString& appPath, const QString& app
 bool DesktopAssociations::writeEntry(const QString& progId, const QString& description,
                                      const QString& appPath, const QString& appArgs, bool handOff) {
     const QString id = desktopIdFor(progId);
-    KeyFile entry = readKeyFile(applicationsFolder() + u'/' + id);
+    const QString path = applicationsFolder() + u'/' + id;
+    KeyFile entry = readKeyFile(path);
     // The program's own entry is named after the program in the menus, whatever type
     // key text it was written with.
     const QString title = QString::fromLatin1(AppTitle);
     const bool own = id == QLatin1String("cantovel.desktop");
+    if (own && entry.original.isEmpty()) {
+        // The user's entry hides the installed one: it starts as a copy, so the types,
+        // keywords and texts the installation gives the desktop stay.
+        for (const QString& installed :
+             QStandardPaths::locateAll(QStandardPaths::ApplicationsLocation, id))
+            if (QFileInfo(installed).absoluteFilePath() != QFileInfo(path).absoluteFilePath()) {
+                entry.lines = readKeyFile(installed).lines;
+                break;
+            }
+    }
     const QString name = own || description.trimmed().isEmpty() ? title : description.trimmed();
     QList<QByteArray>& lines = entry.lines;
+    auto setIfMissing = [&lines](const QByteArray& key, const QString& value) {
+        if (findKey(lines, EntryGroup, key).line < 0) setKey(lines, EntryGroup, key, value);
+    };
     setKey(lines, EntryGroup, "Type", QStringLiteral("Application"));
     setKey(lines, EntryGroup, "Name", name);
-    if (!description.trimmed().isEmpty())
-        setKey(lines, EntryGroup, "Comment", description.trimmed());
+    // The own entry describes the program, not the type it was last written for.
+    if (!description.trimmed().isEmpty()) {
+        if (own)
+            setIfMissing("Comment", description.trimmed());
+        else
+            setKey(lines, EntryGroup, "Comment", description.trimmed());
+    }
     setKey(lines, EntryGroup, "Exec", execLine(appPath, appArgs, handOff));
     setKey(lines, EntryGroup, "Icon", QStringLiteral("cantovel"));
     setKey(lines, EntryGroup, "Terminal", QStringLiteral("false"));
-    setKey(lines, EntryGroup, "Categories", QStringLiteral("AudioVideo;Player;"));
+    setIfMissing("Categories", QStringLiteral("AudioVideo;Player;"));
     // Only the program's own entry belongs in the menus; the others serve file types.
     if (!own) setKey(lines, EntryGroup, "NoDisplay", QStringLiteral("true"));
     return writeKeyFile(entry);

@@ -12,6 +12,7 @@
 #include "shell/AssociateFileType.h"
 #include "shell/DesktopAssociations.h"
 #include "support/MainWindowFixture.h"
+#include "support/ScopedEnv.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -113,4 +114,33 @@ TEST_F(DefaultApplicationsTest, AStartThatBindsNothingNewLeavesTheListAsItWas) {
     EXPECT_TRUE(after.contains("text/plain=caf\xe9-editor.desktop;\n")) << after.toStdString();
     EXPECT_TRUE(after.contains("audio/mpeg=cantovel.desktop;\n")) << after.toStdString();
     EXPECT_TRUE(after.startsWith("# kept by hand\n"));
+}
+
+TEST_F(DefaultApplicationsTest, TheUsersOwnEntryKeepsWhatTheInstalledOneTellsTheDesktop) {
+    const QString resources = resourcesFolder();
+    if (resources.isEmpty())
+        GTEST_SKIP() << "the source tree's resources/ folder is not beside the build";
+    // The installed entry, in the system's data folders.
+    const QString system = tempDir() + "/system";
+    QDir().mkpath(system + "/applications");
+    ASSERT_TRUE(
+        QFile::copy(resources + "/cantovel.desktop", system + "/applications/cantovel.desktop"));
+    ScopedEnv env;
+    env.set("XDG_DATA_DIRS", system);
+
+    // Every start binds the playlists, which writes the user's entry over the installed one.
+    load();
+    const QString own = DesktopAssociations::applicationsFolder() + "/cantovel.desktop";
+    const QString text = QString::fromUtf8(bytesOf(own));
+    EXPECT_TRUE(text.contains("Comment=Play media files and convert audio\n"))
+        << text.toStdString();
+    EXPECT_TRUE(text.contains("Categories=AudioVideo;Audio;Video;Player;\n"));
+    EXPECT_TRUE(text.contains("Exec=" + QCoreApplication::applicationFilePath() + " %f\n"));
+    for (const char* type :
+         {"audio/flac;", "application/vnd.ms-asf;", "application/x-cantovel-playlist;"})
+        EXPECT_TRUE(text.contains(QLatin1String(type))) << type;
+    const QString entryCheck = QStandardPaths::findExecutable("desktop-file-validate");
+    if (entryCheck.isEmpty()) return;
+    const ToolRun check = run(entryCheck, {own});
+    EXPECT_EQ(check.code, 0) << check.output.toStdString();
 }
