@@ -19,14 +19,23 @@ using MediaClasses::isOneOf;
 
 namespace {
 
-const QString kAddFilter = QStringLiteral(
-    "Audio and Video "
-    "Files|*.ply;*.m3u;*.cda;*.mp3;*.mp2;*.wma;*.wav;*.asx;*.wax;*.m3u;*.asf;*.aif;*.au;*.aiff;"
-    "*.mid;*.midi;*.rmi;*.snd;*.avi;*.mov;*.mpg;*.mpeg;*.dat;*.m1v;*.enc;*.qt;*.mpv;*.mpa;*.m1v;*"
-    ".enc|Audio "
-    "Files|*.cda;*.mp3;*.mp2;*.wma;*.wav;*.asx;*.wax;*.m3u;*.asf;*.aif;*.au;*.aiff;*.mid;*.midi;"
-    "*.rmi;*.snd|Video Files|*.avi;*.mov;*.mpg;*.mpeg;*.dat;*.m1v;*.enc;*.qt;*.mpv;*.mpa;*.m1v;*."
-    "enc");
+const QString kModernAudio = QLatin1String(MediaClasses::kModernAudioPatterns);
+const QString kAddFilter =
+    QStringLiteral(
+        "Audio and Video "
+        "Files|*.ply;*.m3u;*.cda;*.mp3;*.mp2;*.wma;*.wav;*.asx;*.wax;*.m3u;*.asf;*.aif;*.au;*.aiff;"
+        "*.mid;*.midi;*.rmi;*.snd;*.avi;*.mov;*.mpg;*.mpeg;*.dat;*.m1v;*.enc;*.qt;*.mpv;*.mpa;*."
+        "m1v;*"
+        ".enc;") +
+    kModernAudio +
+    QStringLiteral(
+        "|Audio "
+        "Files|*.cda;*.mp3;*.mp2;*.wma;*.wav;*.asx;*.wax;*.m3u;*.asf;*.aif;*.au;*.aiff;*.mid;*."
+        "midi;"
+        "*.rmi;*.snd;") +
+    kModernAudio +
+    QStringLiteral(
+        "|Video Files|*.avi;*.mov;*.mpg;*.mpeg;*.dat;*.m1v;*.enc;*.qt;*.mpv;*.mpa;*.m1v;*.enc");
 
 // What the hidden file list of a dropped folder lets in.
 const QStringList kFolderPattern = {"*.cda", "*.mp3",  "*.mp2",  "*.wav", "*.asx", "*.wax",

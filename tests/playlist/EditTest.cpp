@@ -137,20 +137,22 @@ TEST_F(EditTest, ADroppedFolderAddsItsOwnFilesOfTheListedKinds) {
     file("drop/sub/deep.mp3");
     const QString inner = media("inner.mp3");
     file("drop/d.ply", (inner + "\r\n").toLocal8Bit());
+    const QString flac = file("drop/e.flac");
 
     editor->DroppedFiles = {folder};
     editor->Process_DROPFILES();
-    EXPECT_EQ(main->List1, (QStringList{wav, m3u, mp3, inner}));
+    EXPECT_EQ(main->List1, (QStringList{wav, m3u, mp3, inner, flac}));
     EXPECT_EQ(names(), namesOf(main->List1));
     EXPECT_EQ(main->PlaylistSaved, VFalse);
-    EXPECT_EQ(editor->RowCount(), 3);
+    EXPECT_EQ(editor->RowCount(), 4);
 
     // Files dropped alone: a film is taken, an ".m3u" is one row, text is passed over.
     editor->mnuNew();
+    const QString opus = file("song.opus");
     editor->DroppedFiles = {tempDir() + "/drop/film.avi", m3u, tempDir() + "/drop/notes.txt",
-                            tempDir() + "/gone.mp3"};
+                            tempDir() + "/gone.mp3", opus};
     editor->Process_DROPFILES();
-    EXPECT_EQ(main->List1, (QStringList{tempDir() + "/drop/film.avi", m3u}));
+    EXPECT_EQ(main->List1, (QStringList{tempDir() + "/drop/film.avi", m3u, opus}));
 }
 
 TEST_F(EditTest, MenuStatesFollowTheSelection) {
