@@ -1,6 +1,7 @@
 #include "platform/mediaplayer/MpvMediaPlayer.h"
 
 #include <mpv/client.h>
+#include <mpv/stream_cb.h>
 
 #include <QGuiApplication>
 #include <QMetaObject>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "platform/clock/Clock.h"
+#include "platform/mediaplayer/MpvVideoSurface.h"
 
 namespace cantovel {
 
@@ -72,6 +74,7 @@ MpvMediaPlayer::MpvMediaPlayer(QObject* parent) : MediaPlayer(parent) {
 }
 
 MpvMediaPlayer::~MpvMediaPlayer() {
+    delete surface_.data();
     destroyHandle();
 }
 
@@ -108,6 +111,7 @@ void MpvMediaPlayer::createHandle() {
     setOption(mpv_, "ao", ao.isEmpty() ? QByteArray("pulse,alsa,null") : ao);
     setOption(mpv_, "vo", "null");
     setLeanAudioOptions(mpv_);
+    currentVo_ = "null";
     if (qgetenv("CANTOVEL_MPV_UNTIMED") == "1") {
         setOption(mpv_, "untimed", "yes");
         setOption(mpv_, "ao-null-untimed", "yes");
@@ -122,13 +126,18 @@ void MpvMediaPlayer::createHandle() {
     mpv_observe_property(mpv_, ObserveEof, "eof-reached", MPV_FORMAT_FLAG);
     mpv_observe_property(mpv_, ObserveWidth, "dwidth", MPV_FORMAT_INT64);
     mpv_observe_property(mpv_, ObserveHeight, "dheight", MPV_FORMAT_INT64);
+    for (const Protocol& p : protocols_)
+        mpv_stream_cb_add_ro(mpv_, p.name.constData(), p.userData, p.open);
     mpv_set_wakeup_callback(mpv_, &MpvMediaPlayer::wakeup, this);
+    if (surface_) surface_->setCore(mpv_);
     applyVolume();
     applyBalance();
 }
 
 void MpvMediaPlayer::destroyHandle() {
     if (!mpv_) return;
+    // The renderer goes before the core it draws for.
+    if (surface_) surface_->setCore(nullptr);
     mpv_set_wakeup_callback(mpv_, nullptr, nullptr);
     // Joins mpv's threads; a drain already queued dies with this object or finds no events.
     mpv_terminate_destroy(mpv_);
@@ -261,19 +270,21 @@ void MpvMediaPlayer::closeFile() {
 }
 
 void MpvMediaPlayer::prepareVideoOutput() {
-    const bool embed = videoWidget_ && QGuiApplication::platformName() == QLatin1String("xcb");
-    int64_t wid = -1;
-    if (embed) {
-        videoWidget_->setAttribute(Qt::WA_DontCreateNativeAncestors);
-        videoWidget_->setAttribute(Qt::WA_NativeWindow);
-        wid = static_cast<int64_t>(videoWidget_->winId());
-    }
-    mpv_set_property(mpv_, "wid", MPV_FORMAT_INT64, &wid);
-    // Only outputs that can draw into a foreign window; mpv takes the first that works.
-    const QString vo = !voOverride_.isEmpty() ? voOverride_
-                       : embed                ? QStringLiteral("gpu,xv,x11")
-                                              : QStringLiteral("null");
-    mpv_set_property_string(mpv_, "vo", vo.toUtf8().constData());
+    // Without an output of the caller's, the surface switches mpv's output as it is
+    // shown and hidden.
+    if (!voOverride_.isEmpty()) setVideoOutput(voOverride_.toUtf8().constData());
+}
+
+void MpvMediaPlayer::setVideoOutput(const char* vo) {
+    // Each change starts mpv's video output afresh: only real changes are passed on.
+    if (!mpv_ || currentVo_ == vo) return;
+    currentVo_ = vo;
+    mpv_set_property_string(mpv_, "vo", vo);
+}
+
+void MpvMediaPlayer::addStreamProtocol(const char* protocol, void* userData, StreamOpener open) {
+    protocols_.push_back({QByteArray(protocol), userData, open});
+    if (mpv_) mpv_stream_cb_add_ro(mpv_, protocol, userData, open);
 }
 
 void MpvMediaPlayer::Play() {
@@ -370,8 +381,24 @@ void MpvMediaPlayer::fitVideoWidget() {
 }
 
 void MpvMediaPlayer::setVideoWidget(QWidget* widget) {
-    videoWidget_ = widget;
+    if (widget != videoWidget_) {
+        delete surface_.data();
+        videoWidget_ = widget;
+        if (widget && drawsOnSurface()) {
+            surface_ = new MpvVideoSurface(
+                widget, [this](bool on) { setVideoOutput(on ? "libmpv" : "null"); });
+            surface_->setCore(mpv_);
+        }
+    }
     fitVideoWidget();
+}
+
+bool MpvMediaPlayer::drawsOnSurface() const {
+    // The desktops where Qt gives widgets OpenGL; tests run offscreen with mpv's null
+    // output.
+    static const QStringList withOpenGL{QStringLiteral("xcb"), QStringLiteral("wayland"),
+                                        QStringLiteral("wayland-egl"), QStringLiteral("eglfs")};
+    return voOverride_.isEmpty() && withOpenGL.contains(QGuiApplication::platformName());
 }
 
 void MpvMediaPlayer::applyVolume() {

@@ -7,10 +7,12 @@
 // a file opens, as they did around the classic control.
 //
 // Output: audio goes to CANTOVEL_AO if set, else the first of pulse, alsa, null that
-// works. Pictures go into the video widget through mpv's window embedding on X11
-// (CANTOVEL_VO may name another output); elsewhere, or with no widget, video is decoded
-// to the null output so timing and natural size still hold. CANTOVEL_MPV_UNTIMED=1 plays
-// as fast as the machine can, for tests.
+// works. Pictures are drawn through mpv's render API onto an OpenGL surface laid over the
+// video widget (MpvVideoSurface), on desktops that have OpenGL; while that surface is not
+// shown, and with no widget at all (the audio player), video goes to the null output, so
+// timing and natural size still hold and nothing is drawn. CANTOVEL_VO names an output
+// of mpv's own instead ("null" in tests). CANTOVEL_MPV_UNTIMED=1 plays as fast as the
+// machine can, for tests.
 //
 // Volume: the control's hundredths of a decibel are mapped linearly onto mpv's volume
 // percentage, 100 + Volume / 100, which mpv turns into gain with its cubic curve. The
@@ -27,13 +29,17 @@
 #include <QWidget>
 #include <atomic>
 #include <optional>
+#include <vector>
 
 #include "platform/mediaplayer/MediaPlayer.h"
 
 struct mpv_handle;
 struct mpv_event;
+struct mpv_stream_cb_info;
 
 namespace cantovel {
+
+class MpvVideoSurface;
 
 class MpvMediaPlayer : public MediaPlayer {
     Q_OBJECT
@@ -59,6 +65,10 @@ class MpvMediaPlayer : public MediaPlayer {
     int ImageSourceWidth() const override { return imageWidth_; }
     int ImageSourceHeight() const override { return imageHeight_; }
     void setVideoWidget(QWidget* widget) override;
+    // mpv's stream callbacks for a protocol of the caller's (see mpv/stream_cb.h), kept
+    // across the mpv cores this player makes.
+    using StreamOpener = int (*)(void* userData, char* uri, mpv_stream_cb_info* info);
+    void addStreamProtocol(const char* protocol, void* userData, StreamOpener open);
 
   protected:
     void applyVolume() override;
@@ -75,6 +85,9 @@ class MpvMediaPlayer : public MediaPlayer {
     void handleEvent(const mpv_event& event);
     void closeFile();
     void prepareVideoOutput();
+    // Switches mpv between drawing on the surface and the null output.
+    void setVideoOutput(const char* vo);
+    bool drawsOnSurface() const;
     void seekTo(double seconds);
     bool seekPending() const;
     // Open, and still held by mpv (a file that broke off while playing is not).
@@ -89,7 +102,15 @@ class MpvMediaPlayer : public MediaPlayer {
     bool shutDown_ = false;
     QString fileName_;
     QPointer<QWidget> videoWidget_;
+    QPointer<MpvVideoSurface> surface_;
     QString voOverride_;
+    QByteArray currentVo_;
+    struct Protocol {
+        QByteArray name;
+        void* userData;
+        StreamOpener open;
+    };
+    std::vector<Protocol> protocols_;
     int openTimeoutMs_ = 10000;
 
     // The playlist entry of the file being opened or played, as mpv numbers them.

@@ -5,6 +5,7 @@
 // and pass every call on. Without the library a player simply cannot be created.
 #include <dlfcn.h>
 #include <mpv/client.h>
+#include <mpv/render.h>
 #include <mpv/stream_cb.h>
 
 #include <string>
@@ -71,6 +72,18 @@ CANTOVEL_MPV_FORWARD(int, mpv_stream_cb_add_ro,
                      (mpv_handle * ctx, const char* protocol, void* user_data,
                       mpv_stream_cb_open_ro_fn open_fn),
                      (ctx, protocol, user_data, open_fn), MPV_ERROR_UNINITIALIZED)
+
+// The render API, for the players that draw their pictures themselves.
+CANTOVEL_MPV_FORWARD(int, mpv_render_context_create,
+                     (mpv_render_context * *res, mpv_handle* mpv, mpv_render_param* params),
+                     (res, mpv, params), MPV_ERROR_UNINITIALIZED)
+CANTOVEL_MPV_FORWARD(void, mpv_render_context_set_update_callback,
+                     (mpv_render_context * ctx, mpv_render_update_fn callback, void* callback_ctx),
+                     (ctx, callback, callback_ctx), void())
+CANTOVEL_MPV_FORWARD(int, mpv_render_context_render,
+                     (mpv_render_context * ctx, mpv_render_param* params), (ctx, params),
+                     MPV_ERROR_UNINITIALIZED)
+CANTOVEL_MPV_FORWARD(void, mpv_render_context_free, (mpv_render_context * ctx), (ctx), void())
 
 extern "C" mpv_event* mpv_wait_event(mpv_handle* ctx, double timeout) {
     static const auto real = resolve<decltype(&::mpv_wait_event)>("mpv_wait_event");
