@@ -5,9 +5,14 @@
 // After cdio.h, which it needs.
 #include <cdio/cd_types.h>
 #include <cdio/read.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include <mpv/client.h>
+#include <mpv/stream_cb.h>
 
+#include <QUrl>
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <memory>
 #include <vector>
 
 namespace cantovel {
@@ -23,36 +28,85 @@ constexpr int kSectorsARead = 32;
 // One picture at the Video CD's 25 (or 29.97) pictures a second.
 constexpr double kPicture = 0.04;
 
-bool sendAll(int fd, const char* data, size_t bytes, const std::atomic<bool>* go) {
-    size_t sent = 0;
-    while (go->load() && sent < bytes) {
-        const ssize_t n = ::send(fd, data + sent, bytes - sent, MSG_NOSIGNAL);
-        if (n <= 0) return false;  // the player has gone, or the stream was cut
-        sent += size_t(n);
-    }
-    return sent == bytes;
-}
-
 bool isImageDriver(driver_id_t id) {
     return id == DRIVER_BINCUE || id == DRIVER_NRG || id == DRIVER_CDRDAO;
 }
 
-// Streams a track's film sectors to `fd` until the end, a failed read or `go` is cleared.
-void streamTrack(CdIo_t* cdio, track_t track, int fd, std::atomic<bool>* go) {
-    const lsn_t first = cdio_get_track_lsn(cdio, track);
-    const lsn_t last = cdio_get_track_last_lsn(cdio, track);
-    std::vector<char> buffer(size_t(kRawBytes) * kSectorsARead);
-    for (lsn_t lsn = first; go->load() && lsn != CDIO_INVALID_LSN && lsn <= last;) {
-        const unsigned count = unsigned(std::min<lsn_t>(kSectorsARead, last - lsn + 1));
-        if (cdio_read_mode2_sectors(cdio, buffer.data(), lsn, true, count) != DRIVER_OP_SUCCESS)
-            break;
-        for (unsigned i = 0; i < count; ++i)
-            if (!sendAll(fd, buffer.data() + size_t(i) * kRawBytes + kFilmOffset, kFilmBytes, go))
-                return;
-        lsn += lsn_t(count);
+constexpr const char* kProtocol = "cantovelvcd";
+
+// One film track as mpv reads it: the film bytes of its sectors, back to back, read on
+// mpv's own reading thread through a disc handle of its own, from open to close.
+struct FilmStream {
+    CdIo_t* cdio = nullptr;
+    lsn_t first = 0;
+    qint64 sectors = 0;
+    qint64 offset = 0;  // film bytes into the track
+    std::vector<char> block;
+    qint64 blockSector = -1;  // first sector held in `block`, relative to `first`
+    qint64 blockSectors = 0;
+    std::atomic<bool> cancelled{false};
+
+    ~FilmStream() {
+        if (cdio) cdio_destroy(cdio);
     }
-    // The end of the film for the reader.
-    ::shutdown(fd, SHUT_WR);
+    qint64 size() const { return sectors * kFilmBytes; }
+
+    static int64_t read(void* cookie, char* buf, uint64_t nbytes) {
+        auto* s = static_cast<FilmStream*>(cookie);
+        if (s->cancelled) return -1;
+        if (s->offset >= s->size()) return 0;
+        const qint64 sector = s->offset / kFilmBytes;
+        if (sector < s->blockSector || sector >= s->blockSector + s->blockSectors) {
+            const qint64 n = std::min<qint64>(kSectorsARead, s->sectors - sector);
+            s->block.resize(size_t(n * kRawBytes));
+            if (cdio_read_mode2_sectors(s->cdio, s->block.data(), lsn_t(s->first + sector), true,
+                                        unsigned(n)) != DRIVER_OP_SUCCESS)
+                return -1;
+            s->blockSector = sector;
+            s->blockSectors = n;
+        }
+        // Only the film part of the sector, up to its end.
+        const qint64 inSector = s->offset % kFilmBytes;
+        const qint64 n = std::min<qint64>(qint64(nbytes), kFilmBytes - inSector);
+        const qint64 at = (sector - s->blockSector) * kRawBytes + kFilmOffset + inSector;
+        std::memcpy(buf, s->block.data() + at, size_t(n));
+        s->offset += n;
+        return n;
+    }
+    static int64_t seek(void* cookie, int64_t offset) {
+        auto* s = static_cast<FilmStream*>(cookie);
+        if (offset < 0 || offset > s->size()) return MPV_ERROR_GENERIC;
+        s->offset = offset;
+        return offset;
+    }
+    static int64_t sizeOf(void* cookie) { return static_cast<FilmStream*>(cookie)->size(); }
+    static void close(void* cookie) { delete static_cast<FilmStream*>(cookie); }
+    static void cancel(void* cookie) { static_cast<FilmStream*>(cookie)->cancelled = true; }
+};
+
+// cantovelvcd://<track>/<disc, percent-encoded>
+int openFilmStream(void*, char* uri, mpv_stream_cb_info* info) {
+    const QString text = QString::fromUtf8(uri).mid(int(std::strlen(kProtocol)) + 3);
+    const int slash = text.indexOf(QLatin1Char('/'));
+    if (slash < 0) return MPV_ERROR_LOADING_FAILED;
+    const int track = text.left(slash).toInt();
+    const QByteArray source =
+        QUrl::fromPercentEncoding(text.mid(slash + 1).toLatin1()).toLocal8Bit();
+    auto stream = std::make_unique<FilmStream>();
+    stream->cdio = cdio_open(source.constData(), DRIVER_UNKNOWN);
+    if (!stream->cdio || track < 1) return MPV_ERROR_LOADING_FAILED;
+    stream->first = cdio_get_track_lsn(stream->cdio, track_t(track));
+    const lsn_t last = cdio_get_track_last_lsn(stream->cdio, track_t(track));
+    if (stream->first == CDIO_INVALID_LSN || last == CDIO_INVALID_LSN || last < stream->first)
+        return MPV_ERROR_LOADING_FAILED;
+    stream->sectors = qint64(last) - stream->first + 1;
+    info->cookie = stream.release();
+    info->read_fn = &FilmStream::read;
+    info->seek_fn = &FilmStream::seek;
+    info->size_fn = &FilmStream::sizeOf;
+    info->close_fn = &FilmStream::close;
+    info->cancel_fn = &FilmStream::cancel;
+    return 0;
 }
 
 }  // namespace
@@ -84,6 +138,7 @@ bool CdioVideoCdDevice::Open() {
         return false;
     }
     cdio_ = cdio_open(source.constData(), DRIVER_UNKNOWN);
+    source_ = source;
     if (!cdio_) {
         error_ = QStringLiteral("The Video CD in \"%1\" cannot be read.")
                      .arg(QString::fromLocal8Bit(source));
@@ -112,7 +167,6 @@ bool CdioVideoCdDevice::Open() {
 }
 
 void CdioVideoCdDevice::Close() {
-    stopStream();
     if (player_) player_->setFileName(QString());
     loaded_ = false;
     if (display_) display_->hide();
@@ -122,41 +176,28 @@ void CdioVideoCdDevice::Close() {
     setMode(NotReady);
 }
 
-void CdioVideoCdDevice::stopStream() {
-    streaming_ = false;
-    if (streamFd_ >= 0) ::shutdown(streamFd_, SHUT_RDWR);
-    if (streamer_.joinable()) streamer_.join();
-    if (streamFd_ >= 0) ::close(streamFd_);
-    streamFd_ = -1;
-}
-
 bool CdioVideoCdDevice::loadEntry(int entry) {
-    stopStream();
     loaded_ = false;
     if (!cdio_ || entry < 1 || entry > Entries()) return false;
     if (!display_) {
         display_ = new QWidget();
         display_->setWindowTitle(QStringLiteral("Video CD"));
         display_->resize(352, 288);
-        display_->setAttribute(Qt::WA_NativeWindow);
     }
     if (!player_) {
         player_ = std::make_unique<MpvMediaPlayer>();
         player_->setDisplaySize(MediaPlayer::mpFitToSize);
+        player_->addStreamProtocol(kProtocol, nullptr, &openFilmStream);
         connect(player_.get(), &MediaPlayer::PlayStateChange, this,
                 &CdioVideoCdDevice::playerStateChanged);
     }
     player_->setVideoWidget(display_);
-    int fds[2];
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, fds) != 0) return false;
-    streamFd_ = fds[0];
-    streaming_ = true;
-    streamer_ =
-        std::thread(streamTrack, cdio_, track_t(firstFilm_ + entry - 1), fds[0], &streaming_);
-    // The player owns and closes its end.
-    player_->setFileName(QStringLiteral("fdclose://%1").arg(fds[1]));
+    // mpv reads the track itself, on its own thread, with its own handle on the disc.
+    const QByteArray uri = QByteArray(kProtocol) + "://" +
+                           QByteArray::number(firstFilm_ + entry - 1) + '/' +
+                           QUrl::toPercentEncoding(QString::fromLocal8Bit(source_));
+    player_->setFileName(QString::fromUtf8(uri));
     loaded_ = player_->lastError() == 0;
-    if (!loaded_) stopStream();
     return loaded_;
 }
 
@@ -176,8 +217,7 @@ void CdioVideoCdDevice::Pause() {
 
 void CdioVideoCdDevice::Stop() {
     if (!cdio_) return;
-    // The stream cannot go back to its start: the entry is read afresh at the next play.
-    stopStream();
+    // Stopping unloads the entry; the next play reads it again from its start.
     if (player_) player_->setFileName(QString());
     loaded_ = false;
     setMode(Stopped);
@@ -217,7 +257,6 @@ void CdioVideoCdDevice::Back() {
 void CdioVideoCdDevice::Eject() {
     if (!cdio_) return;
     const bool image = isImage_;
-    stopStream();
     if (player_) player_->setFileName(QString());
     loaded_ = false;
     if (!image) {

@@ -2,14 +2,12 @@
 // The Video CD device on libcdio and libmpv. The disc is the one named by CANTOVEL_VIDEOCD
 // (a drive or a disc image libcdio reads: CUE/BIN, NRG, TOC), else the first drive holding
 // a Video CD. Its films are the MPEG tracks after the first (the first holds the disc's
-// file system). A worker thread reads a track's Mode 2 Form 2 sectors and streams them
-// through a socket to a libmpv player, which shows them in the device's display window.
+// file system). A libmpv player reads a track's Mode 2 Form 2 sectors through a stream
+// callback, on its own reading thread, and shows the film in the device's display window.
 
 #include <QPointer>
 #include <QWidget>
-#include <atomic>
 #include <memory>
-#include <thread>
 
 #include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "platform/videocd/VideoCdDevice.h"
@@ -50,10 +48,11 @@ class CdioVideoCdDevice : public VideoCdDevice {
     void setMode(int mode);
     // Loads entry `entry` into the player, streaming its track; false when it cannot.
     bool loadEntry(int entry);
-    void stopStream();
     void playerStateChanged(int oldState, int newState);
 
     CdIo_t* cdio_ = nullptr;
+    // What the disc was opened from: a drive or an image.
+    QByteArray source_;
     bool isImage_ = false;
     int firstFilm_ = 2, lastTrack_ = 0;
     int entry_ = 0;
@@ -63,9 +62,6 @@ class CdioVideoCdDevice : public VideoCdDevice {
 
     std::unique_ptr<MpvMediaPlayer> player_;
     QPointer<QWidget> display_;
-    std::thread streamer_;
-    std::atomic<bool> streaming_{false};
-    int streamFd_ = -1;
 };
 
 }  // namespace cantovel
