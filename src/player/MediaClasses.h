@@ -23,10 +23,19 @@ inline bool isOneOf(const QString& ext, std::initializer_list<const char*> list)
     return false;
 }
 
+// Films in the containers of later years, which the classic list predates: wherever a
+// film is taken, these are films too (else they would play as sound with no picture).
+inline bool isModernFilm(const QString& ext) {
+    return isOneOf(ext, {".mp4", ".m4v", ".mkv", ".webm", ".wmv", ".ogv", ".flv"});
+}
+// Their patterns for the open dialogs (".wmv" is offered there already).
+inline constexpr const char* kModernFilmPatterns = "*.mp4;*.m4v;*.mkv;*.webm;*.ogv;*.flv";
+
 // Played in the video window. ".mpa" (audio) and ".dat" belong here on purpose.
 inline bool isVideo(const QString& ext) {
     return isOneOf(ext, {".avi", ".mov", ".mpg", ".mpeg", ".mpe", ".dat", ".m1v", ".enc", ".qt",
-                         ".mpv", ".mpa"});
+                         ".mpv", ".mpa"}) ||
+           isModernFilm(ext);
 }
 inline bool isVivo(const QString& ext) {
     return isOneOf(ext, {".viv", ".vivo"});
@@ -53,7 +62,8 @@ inline bool isQueueAudio(const QString& ext) {
 }
 // ...and these show its window. No ".mov" and no ".mpe": a queue passes over them.
 inline bool isQueueVideo(const QString& ext) {
-    return isOneOf(ext, {".avi", ".mpg", ".mpeg", ".dat", ".m1v", ".enc", ".qt", ".mpv", ".mpa"});
+    return isOneOf(ext, {".avi", ".mpg", ".mpeg", ".dat", ".m1v", ".enc", ".qt", ".mpv", ".mpa"}) ||
+           isModernFilm(ext);
 }
 
 }  // namespace MediaClasses

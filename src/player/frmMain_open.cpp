@@ -34,17 +34,22 @@ using namespace MediaClasses;
 
 namespace {
 
-const QString kOpenFilter = QStringLiteral(
-    "All Media "
-    "Formats|*.ply;*.viv;*.vivo;*.rm;*.rmm;*.cda;*.avi;*.mp3;*.mpg;*.mpa;*.mpv;*.mov;*.qt;*.mpeg;*."
-    "enc;*.m1v;*.mp2;*.asf;*.wav;*.asx;*.wax;*.m3u;*.wvx;*.wmv;*.mid;*.midi;*.aif;*.aiff;*.aifc;*."
-    "au;*.snd;*.rmi;*.dat;*.wma;") + QLatin1String(kModernAudioPatterns) + QStringLiteral(
-    "|MPEG Layer-3 Audio (MP3)|*.mp3|Windows Media 4|*.wma;*.wmv|Audio "
-    "CD|*.cda|Video CD|*.dat|Vivo (Digital Video)|*.viv;*.vivo|DirectShow "
-    "Formats|*.mpg;*.mpa;*.mpv;*.mov;*.qt;*.mpeg;*.enc;*.m1v;*.mp2|Active Streaming "
-    "Format|*.asf|Standard Audio Formats|*.wav;*.mid;*.midi;*.rmi;*.aif;*.aiff;*.aifc;*.au;*."
-    "snd|Video for Windows|*.avi|Media Playlists|*.asx;*.wax;*.m3u;*.wvx|Cantovel "
-    "Playlist|*.ply");
+const QString kOpenFilter =
+    QStringLiteral(
+        "All Media "
+        "Formats|*.ply;*.viv;*.vivo;*.rm;*.rmm;*.cda;*.avi;*.mp3;*.mpg;*.mpa;*.mpv;*.mov;*.qt;*."
+        "mpeg;*."
+        "enc;*.m1v;*.mp2;*.asf;*.wav;*.asx;*.wax;*.m3u;*.wvx;*.wmv;*.mid;*.midi;*.aif;*.aiff;*."
+        "aifc;*."
+        "au;*.snd;*.rmi;*.dat;*.wma;") +
+    QLatin1String(kModernAudioPatterns) + QStringLiteral(";") + QLatin1String(kModernFilmPatterns) +
+    QStringLiteral(
+        "|MPEG Layer-3 Audio (MP3)|*.mp3|Windows Media 4|*.wma;*.wmv|Audio "
+        "CD|*.cda|Video CD|*.dat|Vivo (Digital Video)|*.viv;*.vivo|DirectShow "
+        "Formats|*.mpg;*.mpa;*.mpv;*.mov;*.qt;*.mpeg;*.enc;*.m1v;*.mp2|Active Streaming "
+        "Format|*.asf|Standard Audio Formats|*.wav;*.mid;*.midi;*.rmi;*.aif;*.aiff;*.aifc;*.au;*."
+        "snd|Video for Windows|*.avi|Media Playlists|*.asx;*.wax;*.m3u;*.wvx|Cantovel "
+        "Playlist|*.ply");
 
 const QString kPlayError = QStringLiteral(
     "An error occurred attempting to play the current file.  The file is invalid, corrupt, or "

@@ -27,7 +27,7 @@ const QString kAddFilter =
         "*.mid;*.midi;*.rmi;*.snd;*.avi;*.mov;*.mpg;*.mpeg;*.dat;*.m1v;*.enc;*.qt;*.mpv;*.mpa;*."
         "m1v;*"
         ".enc;") +
-    kModernAudio +
+    kModernAudio + QStringLiteral(";*.wmv;") + QLatin1String(MediaClasses::kModernFilmPatterns) +
     QStringLiteral(
         "|Audio "
         "Files|*.cda;*.mp3;*.mp2;*.wma;*.wav;*.asx;*.wax;*.m3u;*.asf;*.aif;*.au;*.aiff;*.mid;*."
@@ -35,7 +35,9 @@ const QString kAddFilter =
         "*.rmi;*.snd;") +
     kModernAudio +
     QStringLiteral(
-        "|Video Files|*.avi;*.mov;*.mpg;*.mpeg;*.dat;*.m1v;*.enc;*.qt;*.mpv;*.mpa;*.m1v;*.enc");
+        "|Video "
+        "Files|*.avi;*.mov;*.mpg;*.mpeg;*.dat;*.m1v;*.enc;*.qt;*.mpv;*.mpa;*.m1v;*.enc;*.wmv;") +
+    QLatin1String(MediaClasses::kModernFilmPatterns);
 
 // What the hidden file list of a dropped folder lets in.
 const QStringList kFolderPattern = {"*.cda", "*.mp3",  "*.mp2",  "*.wav", "*.asx", "*.wax",
