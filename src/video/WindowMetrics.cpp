@@ -1,8 +1,14 @@
 #include "video/WindowMetrics.h"
 
+#include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
+#include <QTimer>
 #include <QWidget>
+#include <QWindow>
+#include <algorithm>
+#include <cmath>
 
 namespace cantovel {
 
@@ -13,20 +19,87 @@ const QScreen* screenOf(const QWidget* window) {
 }
 }  // namespace
 
+QRect OuterGeometry(const QWidget* window) {
+    // The native window's frame is asked of the window system each time; the widget's own
+    // copy is taken once and misses a frame that comes later without a move.
+    const QWindow* handle = window->windowHandle();
+    return handle && window->isVisible() ? handle->frameGeometry() : window->frameGeometry();
+}
+
 QSize ChromeSize(const QWidget* window, const QWidget* inside) {
-    return window->frameGeometry().size() - inside->size();
+    return OuterGeometry(window).size() - inside->size();
 }
 
 void SetOuterGeometry(QWidget* window, const QRect& outer) {
     // The inside stands where the frame's edges put it.
-    const QRect frame = window->frameGeometry(), inside = window->geometry();
+    const QRect frame = OuterGeometry(window), inside = window->geometry();
     window->setGeometry(QRect(outer.topLeft() + (inside.topLeft() - frame.topLeft()),
                               outer.size() - (frame.size() - inside.size())));
+}
+
+bool KeepOuterMinimum(QWidget* window, int twips) {
+    if (window->windowState() & (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen))
+        return false;
+    const double tpp = TwipsPerPixel(window);
+    const QRect outer = OuterGeometry(window);
+    const int least = int(std::ceil(twips / tpp));
+    if (outer.width() >= least && outer.height() >= least) return false;
+    SetOuterGeometry(window, QRect(outer.topLeft(), QSize(std::max(outer.width(), least),
+                                                          std::max(outer.height(), least))));
+    return true;
 }
 
 QSize ScreenSize(const QWidget* window) {
     const QScreen* screen = screenOf(window);
     return screen ? screen->geometry().size() : QSize(1024, 768);
+}
+
+bool IsFramed(const QWidget* window) {
+    static const bool noManager = QGuiApplication::platformName() == QLatin1String("offscreen") ||
+                                  QGuiApplication::platformName() == QLatin1String("minimal");
+    if (noManager) return true;
+    return window->isVisible() && OuterGeometry(window) != window->geometry();
+}
+
+void WhenFramed(QWidget* window, std::function<void()> then) {
+    if (IsFramed(window)) {
+        then();
+        return;
+    }
+    // The frame arrives with the window manager's answer to the mapping, in its own time
+    // (long on a busy machine); Qt raises no event for it, so it is looked for. A window
+    // that gets no frame (none wanted, or no manager) needs nothing done again.
+    auto* poll = new QTimer(window);
+    poll->setInterval(20);
+    auto shownFor = std::make_shared<QElapsedTimer>();
+    auto waited = std::make_shared<QElapsedTimer>();
+    waited->start();
+    QObject::connect(poll, &QTimer::timeout, window, [window, poll, then, shownFor, waited] {
+        if (window->isVisible() && !shownFor->isValid()) shownFor->start();
+        const bool framed = window->isVisible() && OuterGeometry(window) != window->geometry();
+        const bool gaveUp =
+            (shownFor->isValid() && shownFor->elapsed() > 10000) || waited->elapsed() > 60000;
+        if (!framed && !gaveUp) return;
+        poll->stop();
+        poll->deleteLater();
+        if (framed) then();
+    });
+    poll->start();
+}
+
+void MoveOuter(QWidget* window, QPoint outer) {
+    // Qt places an unframed window by its inside.
+    window->move(outer);
+    if (IsFramed(window)) return;
+    QPointer<QWidget> guard(window);
+    WhenFramed(window, [guard, outer] {
+        // Not over a place the user or a maximise has given the window meanwhile.
+        if (!guard || guard->windowState() &
+                          (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen))
+            return;
+        const QRect now = OuterGeometry(guard);
+        if (now.topLeft() != outer) SetOuterGeometry(guard, QRect(outer, now.size()));
+    });
 }
 
 }  // namespace cantovel

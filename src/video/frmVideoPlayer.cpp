@@ -60,6 +60,9 @@ frmVideoPlayer::frmVideoPlayer() : Form(QStringLiteral("frmVideoPlayer")) {
     Inside->setObjectName(QStringLiteral("Inside"));
     Inside->setAutoFillBackground(true);
     Inside->setMinimumSize(0, 0);
+    // The window's keys need a widget to come back to when the menu bar was used from
+    // the keyboard: with none, the menu bar kept the focus and took every Escape.
+    Inside->setFocusPolicy(Qt::StrongFocus);
     QPalette black = Inside->palette();
     black.setColor(QPalette::Window, Qt::black);
     Inside->setPalette(black);
@@ -111,7 +114,7 @@ void frmVideoPlayer::Form_Load() {
     const double tpp = TwipsPerPixel(this);
     const double top = Val(ReadAppSetting(kTop, QString::number(y() * tpp)));
     const double left = Val(ReadAppSetting(kLeft, QString::number(x() * tpp)));
-    move(int(std::lround(left / tpp)), int(std::lround(top / tpp)));
+    MoveOuter(this, QPoint(int(std::lround(left / tpp)), int(std::lround(top / tpp))));
 }
 
 void frmVideoPlayer::SetVideoFile(const QString& path) {
@@ -134,17 +137,7 @@ void frmVideoPlayer::Timer2_Timer() {
 
 void frmVideoPlayer::Form_Resize() {
     if (MPView->isHidden()) return;
-    if (!(windowState() & (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen))) {
-        const double tpp = TwipsPerPixel(this);
-        const QRect outer = frameGeometry();
-        const int least = int(std::ceil(MinimumTwips / tpp));
-        if (outer.width() * tpp < MinimumTwips || outer.height() * tpp < MinimumTwips) {
-            // The move brings a resize of its own.
-            SetOuterGeometry(this, QRect(outer.topLeft(), QSize(std::max(outer.width(), least),
-                                                                std::max(outer.height(), least))));
-            return;
-        }
-    }
+    if (KeepOuterMinimum(this, MinimumTwips)) return;
     MPView->setGeometry(0, 0, Inside->width(), Inside->height());
 }
 
@@ -164,8 +157,9 @@ bool frmVideoPlayer::unloadEvent() {
     if (frmMain* main = frmMain::instance(); main && !main->StopRequested && !AppClosing)
         main->PlayStopped();
     const double tpp = TwipsPerPixel(this);
-    SaveAppSetting(kTop, QString::number(float(y() * tpp)));
-    SaveAppSetting(kLeft, QString::number(float(x() * tpp)));
+    const QPoint place = OuterGeometry(this).topLeft();
+    SaveAppSetting(kTop, QString::number(float(place.y() * tpp)));
+    SaveAppSetting(kLeft, QString::number(float(place.x() * tpp)));
     return false;
 }
 

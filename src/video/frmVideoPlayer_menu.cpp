@@ -120,8 +120,9 @@ void frmVideoPlayer::mnuSeekR_Click() {
 }
 
 void frmVideoPlayer::mnuFullScreen_Click() {
-    // Full screen here is the maximised window, caption and menu kept.
-    if (!mnuFullScreen->isChecked()) {
+    // Full screen here is the maximised window, caption and menu kept. The check mirrors
+    // that state, and a click has flipped it already by now: the window itself tells.
+    if (!(windowState() & Qt::WindowMaximized)) {
         setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowMaximized);
         mnuFullScreen->setChecked(true);
     } else {

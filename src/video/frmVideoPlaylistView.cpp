@@ -16,6 +16,7 @@
 #include "playlist/PlaylistSettings.h"
 #include "shell/TwipsPerPixel.h"
 #include "shell/WindowHelpers.h"
+#include "video/WindowMetrics.h"
 
 namespace cantovel {
 
@@ -23,7 +24,6 @@ frmVideoPlaylistView::frmVideoPlaylistView()
     : Form(QStringLiteral("frmVideoPlaylistView")),
       am_(Components::create<MediaPlayer>()),
       picture_(new QWidget(this)) {
-    picture_->setAttribute(Qt::WA_NativeWindow);
     picture_->installEventFilter(this);
 
     MainMenu = new QMenu(this);
@@ -94,7 +94,7 @@ void frmVideoPlaylistView::Form_Load() {
                                           QString::number(qRound(y() * tpp))));
     const double left = Val(ReadAppSetting(QStringLiteral("Video Playlist Viewer Left"),
                                            QString::number(qRound(x() * tpp))));
-    move(int(left / tpp), int(top / tpp));
+    MoveOuter(this, QPoint(int(left / tpp), int(top / tpp)));
     // 3.
     if (PlaylistSettings::flag("Playlist Full Screen", false)) {
         setWindowTitle(QString());
@@ -138,13 +138,8 @@ void frmVideoPlaylistView::AM_OpenStateChange(int, int newState) {
 }
 
 void frmVideoPlaylistView::Form_Resize() {
-    if (windowState() == Qt::WindowNoState) {
-        const int least = int(std::ceil(2000 / TwipsPerPixel(this)));
-        if (width() < least || height() < least) {
-            resize(std::max(width(), least), std::max(height(), least));
-            return;
-        }
-    }
+    // The smallest size is the outer frame's, as the user sees the window.
+    if (KeepOuterMinimum(this, 2000)) return;
     picture_->setGeometry(innerArea());
 }
 
@@ -280,9 +275,11 @@ bool frmVideoPlaylistView::queryUnload(UnloadMode) {
 bool frmVideoPlaylistView::unloadEvent() {
     Timer1.setEnabled(false);
     const double tpp = TwipsPerPixel(this);
-    SaveAppSetting(QStringLiteral("Video Playlist Viewer Top"), QString::number(qRound(y() * tpp)));
+    const QPoint place = OuterGeometry(this).topLeft();
+    SaveAppSetting(QStringLiteral("Video Playlist Viewer Top"),
+                   QString::number(qRound(place.y() * tpp)));
     SaveAppSetting(QStringLiteral("Video Playlist Viewer Left"),
-                   QString::number(qRound(x() * tpp)));
+                   QString::number(qRound(place.x() * tpp)));
     return false;
 }
 

@@ -115,8 +115,21 @@ void frmVivoPlayer::EndOfFilm() {
 // ---- Sizing ----
 
 void frmVivoPlayer::FitWindowToMovie(int width, int height) {
+    filmSize_ = QSize(width, height);
+    fitToFilm();
+    // Sized before the window manager framed the window, the frame counted as nothing:
+    // once the frame is known the fit is made again with it.
+    if (!IsFramed(this)) {
+        QPointer<frmVivoPlayer> self(this);
+        WhenFramed(this, [self] {
+            if (self) self->fitToFilm();
+        });
+    }
+}
+
+void frmVivoPlayer::fitToFilm() {
     // The comparisons hold alike in twips and in pixels, so pixels it is.
-    const QSize wanted = QSize(width, height) + ChromeSize(this, this);
+    const QSize wanted = filmSize_ + ChromeSize(this, this);
     const QSize screen = ScreenSize(this);
     const bool normal = !(windowState() & (Qt::WindowMaximized | Qt::WindowFullScreen));
     if (normal) {
@@ -129,20 +142,35 @@ void frmVivoPlayer::FitWindowToMovie(int width, int height) {
             SetOuterGeometry(this, QRect(centred, wanted));
         }
     }
-    const int left = this->width() > width ? (this->width() - width) / 2 : 0;
-    VvWeb1View->setGeometry(left, 0, width, height);
-    VvWeb1View->resize(this->width(), this->height());
+    placeControl();
+}
+
+void frmVivoPlayer::placeControl() {
+    if (FullScreenMenu->isChecked()) {
+        VvWeb1View->setGeometry(0, y(), width(), height());
+        return;
+    }
+    const int left = width() > filmSize_.width() ? (width() - filmSize_.width()) / 2 : 0;
+    VvWeb1View->setGeometry(QRect(QPoint(left, 0), filmSize_));
+    VvWeb1View->resize(width(), height());
+}
+
+void frmVivoPlayer::resizeEvent(QResizeEvent* event) {
+    Form::resizeEvent(event);
+    // The window manager sizes a window in its own time (a maximise above all): the
+    // control is placed again by the size the window has now.
+    if (!filmSize_.isEmpty()) placeControl();
 }
 
 void frmVivoPlayer::AdjustFullScreen() {
     if (FullScreenMenu->isChecked()) {
+        FullScreenMenu->setChecked(false);
         setWindowState(windowState() & ~(Qt::WindowMaximized | Qt::WindowMinimized));
         if (film_) FitWindowToMovie(film_->MovieWidth(), film_->MovieHeight());
-        FullScreenMenu->setChecked(false);
     } else {
-        setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowMaximized);
-        VvWeb1View->setGeometry(0, y(), width(), height());
         FullScreenMenu->setChecked(true);
+        setWindowState((windowState() & ~Qt::WindowMinimized) | Qt::WindowMaximized);
+        placeControl();
     }
 }
 

@@ -2,6 +2,7 @@
 // The Vivo film window: the film in the control VvWeb1, no menu bar, one right-button menu.
 // The main window hides while it plays and comes back when it closes.
 
+#include <QSize>
 #include <memory>
 
 #include "app/Form.h"
@@ -63,13 +64,20 @@ class frmVivoPlayer : public Form, public VivoPlayerWindow {
   protected:
     bool unloadEvent() override;
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
+    void fitToFilm();
+    // The control as the window's size and state want it.
+    void placeControl();
+
     void buildMenu();
     // Stops and unloads the film.
     void dropFilm();
 
     std::unique_ptr<FilmPlayer> film_;
+    // The film's size as last fitted to; none before the first.
+    QSize filmSize_;
 };
 
 }  // namespace cantovel

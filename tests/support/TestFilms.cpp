@@ -5,10 +5,12 @@
 
 namespace cantovel::test {
 
-bool writeTestFilm(const QString& path, double seconds, QSize size) {
+bool writeTestFilm(const QString& path, double seconds, QSize size, const QString& colour) {
     const QString suffix = QFileInfo(path).suffix().toLower();
+    const QString source =
+        colour.isEmpty() ? QStringLiteral("testsrc=") : QStringLiteral("color=c=%1:").arg(colour);
     const QString picture =
-        QStringLiteral("testsrc=size=%1x%2:rate=25").arg(size.width()).arg(size.height());
+        QStringLiteral("%1size=%2x%3:rate=25").arg(source).arg(size.width()).arg(size.height());
     QStringList args{QStringLiteral("-y"),
                      QStringLiteral("-loglevel"),
                      QStringLiteral("error"),
@@ -25,6 +27,9 @@ bool writeTestFilm(const QString& path, double seconds, QSize size) {
     if (suffix == QLatin1String("mpg") || suffix == QLatin1String("mpeg"))
         args << QStringLiteral("-c:v") << QStringLiteral("mpeg1video") << QStringLiteral("-c:a")
              << QStringLiteral("mp2") << QStringLiteral("-f") << QStringLiteral("mpeg");
+    else if (suffix == QLatin1String("mp4"))
+        args << QStringLiteral("-c:v") << QStringLiteral("mpeg4") << QStringLiteral("-c:a")
+             << QStringLiteral("aac") << QStringLiteral("-f") << QStringLiteral("mp4");
     else
         args << QStringLiteral("-c:v") << QStringLiteral("mpeg4") << QStringLiteral("-c:a")
              << QStringLiteral("mp3") << QStringLiteral("-f") << QStringLiteral("avi");

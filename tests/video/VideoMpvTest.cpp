@@ -3,9 +3,6 @@
 #include <QFile>
 
 #include "VideoTest.h"
-#include "platform/clock/QtClock.h"
-#include "platform/filmplayer/MpvFilmPlayer.h"
-#include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "support/ScopedEnv.h"
 #include "support/TestFilms.h"
 
@@ -21,13 +18,7 @@ class VideoMpvTest : public VideoTest {
         env.set("CANTOVEL_VO", QByteArray("null"));
         // Timed play: the window's wait for the film to start polls every 300 ms, and an
         // untimed film would be over before it looked.
-        Components::provideService<Clock>(std::make_shared<QtClock>());
-        Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
-        Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
-        Components::provideFactory<VideoPlayerWindow>(
-            [] { return std::make_unique<frmVideoPlayer>(); });
-        Components::provideFactory<VivoPlayerWindow>(
-            [] { return std::make_unique<frmVivoPlayer>(); });
+        installMpvPlayers();
     }
     void TearDown() override {
         VideoTest::TearDown();
