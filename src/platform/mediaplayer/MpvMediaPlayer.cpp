@@ -163,7 +163,11 @@ void MpvMediaPlayer::drainEvents() {
     }
     // The end of the file: any change of eof-reached wakes us, but mpv may fold a quick
     // 1-0-1 into no event at all, so the state itself is read here.
-    if (self && PlayState() == mpPlaying && !seekPending() && atEnd()) changePlayState(mpStopped);
+    // mpv also pauses itself at the end (keep-open); a seek that restarts the output there
+    // (see setVideoOutput) leaves it paused on the last picture with the flag down.
+    if (self && PlayState() == mpPlaying && !seekPending() &&
+        (atEnd() || flagProperty(mpv_, "pause")))
+        changePlayState(mpStopped);
 }
 
 void MpvMediaPlayer::handleEvent(const mpv_event& event) {
@@ -280,6 +284,11 @@ void MpvMediaPlayer::setVideoOutput(const char* vo) {
     if (!mpv_ || currentVo_ == vo) return;
     currentVo_ = vo;
     mpv_set_property_string(mpv_, "vo", vo);
+    // The new output starts with a seek to where the film stands. At the end of a film
+    // that takes eof-reached from 1 to 0 and back, which mpv may fold into no change at
+    // all, and the end would never be seen: observed afresh, the flag is reported anew.
+    mpv_unobserve_property(mpv_, ObserveEof);
+    mpv_observe_property(mpv_, ObserveEof, "eof-reached", MPV_FORMAT_FLAG);
 }
 
 void MpvMediaPlayer::addStreamProtocol(const char* protocol, void* userData, StreamOpener open) {

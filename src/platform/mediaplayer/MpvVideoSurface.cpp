@@ -64,7 +64,8 @@ void MpvVideoSurface::createRenderContext() {
         return;
     }
     mpv_render_context_set_update_callback(render_, &MpvVideoSurface::onUpdate, this);
-    if (isVisible()) setDrawing(true);
+    // The first paint switches mpv over.
+    update();
 }
 
 void MpvVideoSurface::onUpdate(void* self) {
@@ -75,7 +76,13 @@ void MpvVideoSurface::onUpdate(void* self) {
 }
 
 void MpvVideoSurface::paintGL() {
-    if (!render_) {
+    if (!drawing_) {
+        // mpv is switched over only once the surface can really be painted: its output
+        // waits on each paint, and an unexposed window would never give one. Not from
+        // within the paint, which mpv's switch would wait on.
+        if (render_ && isVisible())
+            QMetaObject::invokeMethod(
+                this, [this] { setDrawing(isVisible()); }, Qt::QueuedConnection);
         QOpenGLFunctions* gl = context()->functions();
         gl->glClearColor(0, 0, 0, 1);
         gl->glClear(GL_COLOR_BUFFER_BIT);
@@ -107,11 +114,6 @@ void MpvVideoSurface::setDrawing(bool on) {
     if (on == drawing_) return;
     drawing_ = on;
     if (outputChanged_) outputChanged_(on);
-}
-
-void MpvVideoSurface::showEvent(QShowEvent* event) {
-    QOpenGLWidget::showEvent(event);
-    setDrawing(true);
 }
 
 void MpvVideoSurface::hideEvent(QHideEvent* event) {

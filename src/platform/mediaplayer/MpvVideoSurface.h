@@ -8,9 +8,9 @@
 // re-creation and took the picture with it.)
 //
 // The surface costs nothing until it is first shown: only then does Qt make its OpenGL
-// context, and only then is mpv's render context made and its output switched from the
-// null output to this surface. While the surface is hidden, mpv goes back to the null
-// output, so a player whose picture nobody sees draws nothing (and never waits on a
+// context and mpv's render context, and only at its first paint is mpv's output switched
+// from the null output to this surface. While the surface is hidden, mpv goes back to the
+// null output, so a player whose picture nobody sees draws nothing (and never waits on a
 // paint that will not come).
 
 #include <QOpenGLWidget>
@@ -40,7 +40,6 @@ class MpvVideoSurface : public QOpenGLWidget {
   protected:
     void initializeGL() override;
     void paintGL() override;
-    void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -66,6 +66,9 @@ CANTOVEL_MPV_FORWARD(int, mpv_observe_property,
                      (mpv_handle * mpv, uint64_t reply_userdata, const char* name,
                       mpv_format format),
                      (mpv, reply_userdata, name, format), MPV_ERROR_UNINITIALIZED)
+CANTOVEL_MPV_FORWARD(int, mpv_unobserve_property,
+                     (mpv_handle * mpv, uint64_t registered_reply_userdata),
+                     (mpv, registered_reply_userdata), MPV_ERROR_UNINITIALIZED)
 CANTOVEL_MPV_FORWARD(void, mpv_set_wakeup_callback,
                      (mpv_handle * ctx, void (*cb)(void* d), void* d), (ctx, cb, d), void())
 CANTOVEL_MPV_FORWARD(int, mpv_stream_cb_add_ro,
