@@ -80,13 +80,20 @@ FileListForm::FileListForm(const QString& name, const ListTexts& texts)
         connect(a, &QAction::triggered, this, [this, key] { Toolbar1_ButtonClick(key); });
     }
 
-    List1 = new QListWidget(this);
+    // The list sits in a frame of its own size that takes the drops: a run disables the
+    // list, and Qt hands a disabled widget no drops, but the frame stays enabled and the
+    // files dropped on the list during a run are still added.
+    auto* listFrame = new QWidget(this);
+    auto* frameLayout = new QVBoxLayout(listFrame);
+    frameLayout->setContentsMargins(0, 0, 0, 0);
+    List1 = new QListWidget(listFrame);
+    frameLayout->addWidget(List1);
     List1->setSelectionMode(QAbstractItemView::ExtendedSelection);
     List1->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     List1->setMinimumSize(460, 200);
     List1->viewport()->setMouseTracking(true);
     List1->viewport()->installEventFilter(this);
-    layout->addWidget(List1, 1);
+    layout->addWidget(listFrame, 1);
 
     Label1 = new QLabel(texts.label, this);
     Label1->setWordWrap(true);
@@ -97,9 +104,8 @@ FileListForm::FileListForm(const QString& name, const ListTexts& texts)
     Gauge->setValue(0);
     layout->addWidget(Gauge);
 
-    // Drops arrive on the list's viewport, the part of it that shows the entries.
     Subclass1 = new Subclass(this);
-    Subclass1->setHWnd(List1->viewport());
+    Subclass1->setHWnd(listFrame);
     Subclass1->setMessages(Wm::DROPFILES, true);
     connect(Subclass1, &Subclass::WndProc, this, [this](quint32 msg, qintptr, qintptr, long*) {
         if (msg != Wm::DROPFILES) return;

@@ -34,8 +34,7 @@ void FileQueueForm::RunMenu_Click() {
         return;
     }
     const QString folder = BrowseForFolder(
-        this, queue_.folderPrompt,
-        ReadAppSetting(queue_.outputSetting, DefaultOutputFolder()));
+        this, queue_.folderPrompt, ReadAppSetting(queue_.outputSetting, DefaultOutputFolder()));
     if (folder.isEmpty()) return;
     SaveAppSetting(queue_.outputSetting, folder);
     OutputFolder = folder.endsWith(u'/') ? folder : folder + u'/';

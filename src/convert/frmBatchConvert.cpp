@@ -76,9 +76,8 @@ void frmBatchConvert::RunMenu_Click() {
         return;
     }
     const QString setting = QStringLiteral("WAV Convert Output Path");
-    const QString folder =
-        BrowseForFolder(this, QStringLiteral("Select Folder for WAV Output:"),
-                        ReadAppSetting(setting, DefaultOutputFolder()));
+    const QString folder = BrowseForFolder(this, QStringLiteral("Select Folder for WAV Output:"),
+                                           ReadAppSetting(setting, DefaultOutputFolder()));
     if (folder.isEmpty()) return;
     SaveAppSetting(setting, folder);
     OutputFolder = folder.endsWith(u'/') ? folder : folder + u'/';

@@ -1,5 +1,8 @@
 #include "convert/frmConfigDlg.h"
 
+#include <cmath>
+#include <limits>
+
 #include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -76,7 +79,11 @@ void frmConfigDlg::Form_Load() {
 void frmConfigDlg::btnOK_Click() {
     if (reader_) {
         reader_->setDeviceType(comboDeviceType->currentIndex());
-        reader_->setBlockCount(int(CInt(Val(edBlockCount->text()))));
+        // The text's value, rounded, whatever it is; the reader reads within what drives
+        // take. A figure no integer holds is passed over, as its overflow was.
+        const double blocks = std::nearbyint(Val(edBlockCount->text()));
+        if (blocks >= std::numeric_limits<int>::min() && blocks <= std::numeric_limits<int>::max())
+            reader_->setBlockCount(int(blocks));
         reader_->setCopyMode(Option1[0]->isChecked() ? 0 : Option1[1]->isChecked() ? 1 : 2);
     }
     hide();

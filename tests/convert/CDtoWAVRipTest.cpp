@@ -77,6 +77,8 @@ TEST_F(CDtoWAVRipTest, RipsBothTracksToWavFilesHoldingTheDiscsSamples) {
     auto* f = new frmCDtoWAV();
     ASSERT_EQ(f->ListView->topLevelItemCount(), 2);
     f->ListView->SelectAll();
+    // Far more than a drive takes in one read: the copy reads within what it takes.
+    f->CDReader->setBlockCount(5000);
     EXPECT_EQ(copy(*f, tempDir() + QStringLiteral("/Rip.wav")),
               QStringList(
                   {"Copying Track 01", "Copying Track 02", "Copy completed without any errors."}));

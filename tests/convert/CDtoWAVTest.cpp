@@ -308,6 +308,13 @@ TEST_F(CDtoWAVTest, TheOptionsDialogShowsAndSetsTheReadersParameters) {
     EXPECT_EQ(f.CDReader->BlockCount(), 13);
     EXPECT_EQ(f.CDReader->CopyMode(), 0);
     EXPECT_TRUE(dlg.isHidden());
+    // The text's value, rounded, whatever it is (a copy reads within what drives take).
+    for (const auto& [text, blocks] :
+         {std::pair{"300", 300}, std::pair{"0.4", 0}, std::pair{"-7", -7}, std::pair{"1e20", -7}}) {
+        dlg.edBlockCount->setText(QString::fromLatin1(text));
+        dlg.btnOK->click();
+        EXPECT_EQ(f.CDReader->BlockCount(), blocks) << text;
+    }
 }
 
 TEST_F(CDtoWAVTest, PlaysATrackWithTheBarAndSeesItsEnd) {

@@ -232,18 +232,35 @@ TEST_F(EncodeQueueTest, DropsTakeWavFilesAndTheWavFilesOfFoldersEvenDuringARun) 
     EXPECT_TRUE(msgBox().shown.isEmpty());
 }
 
-TEST_F(EncodeQueueTest, FilesDroppedOnTheListArriveThroughItsHook) {
-    frmEncode& w = open();
-    const QString wav = file(QStringLiteral("dropped.wav"));
+// A drop the way the window system hands it over: enter, then drop, on the list's viewport.
+bool dropOn(QWidget* target, const QStringList& paths) {
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(wav), QUrl::fromLocalFile(file(QStringLiteral("x.ogg")))});
-    QWidget* target = w.List1->viewport();
+    QList<QUrl> urls;
+    for (const QString& p : paths) urls << QUrl::fromLocalFile(p);
+    data.setUrls(urls);
     QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(target, &enter);
-    EXPECT_TRUE(enter.isAccepted());
+    if (!enter.isAccepted()) return false;
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(target, &drop);
+    return true;
+}
+
+TEST_F(EncodeQueueTest, FilesDroppedOnTheListArriveThroughItsHookAlsoDuringARun) {
+    frmEncode& w = open();
+    const QString wav = file(QStringLiteral("dropped.wav"));
+    ASSERT_TRUE(dropOn(w.List1->viewport(), {wav, file(QStringLiteral("x.ogg"))}));
     EXPECT_EQ(rows(w.List1), QStringList{wav});
+
+    // The run disables the list; what is dropped on it still arrives, and the run keeps
+    // to its snapshot.
+    start(w);
+    ASSERT_FALSE(w.List1->isEnabled());
+    const QString during = file(QStringLiteral("during.wav"));
+    ASSERT_TRUE(dropOn(w.List1->viewport(), {during}));
+    EXPECT_EQ(rows(w.List1), QStringList({wav, during}));
+    encoder().run.finish();
+    EXPECT_EQ(encoder().run.setFilesCalls.size(), 1);
 }
 
 TEST_F(EncodeQueueTest, EditingIsRefusedDuringARunAndFollowsTheSelection) {

@@ -24,8 +24,8 @@ std::optional<int> readNumber(RegRoot root, const QString& key, const QString& n
 }  // namespace
 
 void CDReader::setBlockCount(int sectors) {
-    // A read of nothing would never end; past a few hundred sectors drives refuse.
-    blockCount_ = std::clamp(sectors, 1, 256);
+    // Kept as given; a copy asks the drive for 1 to 256 sectors a read whatever it says.
+    blockCount_ = sectors;
 }
 
 void CDReader::setCopyMode(int mode) {

@@ -8,7 +8,8 @@
 //
 // Its own settings, kept under whatever key its owner names:
 //  - BlockCount: the sectors asked of the drive in one read (26, about 61 KB, is what one
-//    ATAPI transfer carries; fewer suits old drives, more gains nothing).
+//    ATAPI transfer carries; fewer suits old drives, more gains nothing). Any integer is
+//    kept; a copy reads 1 to 256 sectors at a time, the nearest to it.
 //  - CopyMode: how carefully sectors are read. 0 "Normal" verifies every read and corrects
 //    jitter and scratches (paranoia's full mode), 1 "Burst-Copy" reads straight through
 //    without checks (fastest, fine for clean discs and images), 2 "Sectorsynchronization"
