@@ -9,7 +9,9 @@
 
 namespace cantovel {
 
-Mixer& Mixer::get() { return Components::service<Mixer>(); }
+Mixer& Mixer::get() {
+    return Components::service<Mixer>();
+}
 
 namespace {
 
@@ -33,8 +35,8 @@ struct MasterLine {
         snd_mixer_selem_id_alloca(&sid);
         snd_mixer_selem_id_set_index(sid, 0);
         snd_mixer_selem_id_set_name(sid, element);
-        if (snd_mixer_attach(handle, card) < 0 || snd_mixer_selem_register(handle, nullptr, nullptr) < 0 ||
-            snd_mixer_load(handle) < 0)
+        if (snd_mixer_attach(handle, card) < 0 ||
+            snd_mixer_selem_register(handle, nullptr, nullptr) < 0 || snd_mixer_load(handle) < 0)
             return;
         elem = snd_mixer_find_selem(handle, sid);
         if (elem && (!snd_mixer_selem_has_playback_volume(elem) ||
@@ -58,14 +60,16 @@ long AlsaMixer::GetMasterVolume() {
     long value = 0;
     if (snd_mixer_selem_get_playback_volume(line.elem, SND_MIXER_SCHN_FRONT_LEFT, &value) < 0)
         return -1;
-    return long(std::floor(double(value - line.min) / double(line.max - line.min) * 100.0));
+    // Both directions round to the nearest step, so a level read and written back (as every
+    // start does) lands on the same raw value instead of creeping down a step each time.
+    return std::lround(double(value - line.min) * 100.0 / double(line.max - line.min));
 }
 
 bool AlsaMixer::SetMasterVolume(long value) {
     MasterLine line(card_.constData(), element_.constData());
     if (!line.ok()) return false;
     value = std::clamp(value, 0L, 100L);
-    const long raw = line.min + long(double(value) / 100.0 * double(line.max - line.min));
+    const long raw = line.min + std::lround(double(value) * double(line.max - line.min) / 100.0);
     return snd_mixer_selem_set_playback_volume_all(line.elem, raw) >= 0;
 }
 
