@@ -3,6 +3,7 @@
 #include <QScreen>
 #include <QTimer>
 
+#include "app/FileNames.h"
 #include "app/ProductionComponents.h"
 #include "app/SubMain.h"
 #include "shell/DesktopResources.h"
@@ -31,7 +32,7 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("cantovel"));
     cantovel::SetApplicationIcon();
     cantovel::registerProductionComponents();
-    const int code = cantovel::SubMain(QApplication::arguments());
+    const int code = cantovel::SubMain(cantovel::ArgumentsFromArgv(argc, argv));
     if (code >= 0) return code;
     scheduleScreenshot();
     return QApplication::exec();

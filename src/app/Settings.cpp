@@ -1,5 +1,6 @@
 #include "app/Settings.h"
 
+#include "app/FileNames.h"
 #include "app/Runtime.h"
 #include "platform/msgbox/MsgBox.h"
 
@@ -56,7 +57,7 @@ QString ReadRegValue(RegRoot root, const QString& keyPath, const QString& name,
     }
     if (value && value->type != REG_DWORD) {
         // The returned length counts the terminating NUL, so the text is one shorter.
-        const QString text = QString::fromUtf8(value->data);
+        const QString text = NameFromBytes(value->data);
         const qsizetype length = text.size();
         if (length <= ReadBufferSize) return length <= 1 ? QString() : text.left(length - 1);
     }

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include "app/FileNames.h"
 #include "app/Runtime.h"
 
 namespace cantovel {
@@ -144,21 +145,22 @@ QString ParsePathParts(const QString& path, const QString& part, bool isFolder, 
 
 bool FileExists(const QString& path) {
     if (path.trimmed().isEmpty()) return false;
-    return QFileInfo(path).isFile();
+    return KindOfName(path) == NameKind::File;
 }
 
 bool PathExists(const QString& path) {
     if (path.trimmed().isEmpty()) return false;
-    return QFileInfo(path).isDir();
+    return KindOfName(path) == NameKind::Folder;
 }
 
 double DiskFreeSpace(const QString& path, bool inKilobytes) {
     if (path.trimmed().isEmpty()) return -1;
     // A file that is yet to be written counts on the file system of its nearest folder.
     QString probe = QFileInfo(path).absoluteFilePath();
-    while (!QFileInfo::exists(probe) && !QDir(probe).isRoot()) probe = QFileInfo(probe).path();
+    while (KindOfName(probe) == NameKind::Missing && !QDir(probe).isRoot())
+        probe = QFileInfo(probe).path();
     struct statvfs st {};
-    if (::statvfs(QFile::encodeName(probe).constData(), &st) != 0) return -1;
+    if (::statvfs(NameToBytes(probe).constData(), &st) != 0) return -1;
     const double bytes = double(st.f_bavail) * double(st.f_frsize);
     return inKilobytes ? bytes / 1024 : bytes;
 }

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QPointer>
 
+#include "app/FileNames.h"
 #include "app/Forms.h"
 #include "app/Runtime.h"
 #include "app/Settings.h"
@@ -248,9 +249,9 @@ void frmMain::stopAllPlayers() {
 
 void frmMain::addToRecentFiles(const QString& path) {
     MruList* mru = frmTemp::get().MRU.get();
-    const QFileInfo info(path);
-    if (!mru || !info.isFile()) return;
-    mru->SetMRUList(path, QStringLiteral("File length: ") + QString::number(info.size()));
+    const qint64 size = SizeOfName(path);
+    if (!mru || size < 0) return;
+    mru->SetMRUList(path, QStringLiteral("File length: ") + QString::number(size));
 }
 
 void frmMain::showFileTitle(const QString& path) {

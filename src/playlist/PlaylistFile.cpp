@@ -1,8 +1,8 @@
 #include "playlist/PlaylistFile.h"
 
 #include <QFile>
-#include <QSaveFile>
 
+#include "app/FileNames.h"
 #include "app/Utilities.h"
 
 namespace cantovel {
@@ -29,9 +29,9 @@ QStringList splitLines(const QString& text) {
 
 QStringList PlaylistFile::ReadPlaylist(const QString& playlistPath) {
     QStringList rows;
-    QFile file(playlistPath);
-    if (!file.open(QIODevice::ReadOnly)) return rows;
-    const QStringList lines = splitLines(QString::fromLocal8Bit(file.readAll()));
+    QFile file;
+    if (!OpenByName(file, playlistPath, QIODevice::ReadOnly)) return rows;
+    const QStringList lines = splitLines(NameFromBytes(file.readAll()));
     file.close();
 
     // A line that names no file is replaced by a path made of the playlist's own folder
@@ -54,15 +54,9 @@ QStringList PlaylistFile::ReadPlaylist(const QString& playlistPath) {
 
 bool PlaylistFile::WritePlaylist(const QString& playlistPath, const QStringList& rows) {
     QByteArray bytes;
-    for (const QString& row : rows) bytes += row.toLocal8Bit() + "\r\n";
+    for (const QString& row : rows) bytes += NameToBytes(row) + "\r\n";
     // Written aside and renamed over, so a failed write never leaves half a playlist.
-    QSaveFile file(playlistPath);
-    if (!file.open(QIODevice::WriteOnly)) return false;
-    if (file.write(bytes) != bytes.size()) {
-        file.cancelWriting();
-        return false;
-    }
-    return file.commit();
+    return ReplaceFileByName(playlistPath, bytes);
 }
 
 QString PlaylistFile::RowName(const QString& path) {

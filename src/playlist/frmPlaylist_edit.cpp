@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFontMetrics>
 
+#include "app/FileNames.h"
 #include "app/Settings.h"
 #include "app/Utilities.h"
 #include "platform/dialogs/FileDialogs.h"
@@ -232,13 +233,11 @@ void frmPlaylist::Process_DROPFILES() {
         if (!FileExists(path)) {
             if (!PathExists(path)) continue;
             // A folder: its own files of the listed kinds, not those of its subfolders.
-            const QDir dir(path);
             QString folder = path;
             if (!folder.endsWith(u'/')) folder += u'/';
-            const QStringList names = dir.entryList(
-                kFolderPattern, QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
             QStringList rows;
-            for (const QString& name : names) {
+            for (const QString& name : FilesInFolder(path)) {
+                if (!QDir::match(kFolderPattern, name)) continue;
                 const QString file = folder + name;
                 const QString ext = MediaClasses::extensionOf(file);
                 if (droppedSound(ext)) {

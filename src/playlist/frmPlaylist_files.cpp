@@ -1,7 +1,7 @@
 // The playlist editor's files: the two parallel lists, loading and saving.
 #include <QDir>
-#include <QFileInfo>
 
+#include "app/FileNames.h"
 #include "app/Settings.h"
 #include "app/Utilities.h"
 #include "platform/dialogs/FileDialogs.h"
@@ -18,10 +18,9 @@ namespace {
 // The playlists' recent-files entry: the path, and its length in bytes at this moment. A
 // file that isn't there yet gets no entry.
 void rememberPlaylist(const QString& path) {
-    const QFileInfo info(path);
-    if (!info.isFile()) return;
-    frmTemp2::get().MRU.SetMRUList(path,
-                                   QStringLiteral("File length: ") + QString::number(info.size()));
+    const qint64 size = SizeOfName(path);
+    if (size < 0) return;
+    frmTemp2::get().MRU.SetMRUList(path, QStringLiteral("File length: ") + QString::number(size));
 }
 
 void setSaved(bool saved) {

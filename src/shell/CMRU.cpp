@@ -1,6 +1,7 @@
 #include "shell/CMRU.h"
 
 #include "app/AppState.h"
+#include "app/FileNames.h"
 
 namespace cantovel {
 
@@ -34,7 +35,7 @@ QString CMRU::readValue(const QString& name) const {
     QByteArray data = v->data;
     const qsizetype nul = data.indexOf('\0');
     if (nul >= 0) data.truncate(nul);
-    return QString::fromUtf8(data);
+    return NameFromBytes(data);
 }
 
 bool CMRU::writeValue(const QString& name, const QString& value) const {

@@ -10,6 +10,8 @@
 #include <QUrl>
 #include <QWidget>
 
+#include "app/FileNames.h"
+
 namespace cantovel {
 
 namespace {
@@ -23,8 +25,15 @@ QHash<const QWidget*, Subclass*>& hookTable() {
 QStringList localFiles(const QMimeData* data) {
     QStringList files;
     if (!data || !data->hasUrls()) return files;
-    for (const QUrl& url : data->urls())
-        if (url.isLocalFile()) files << url.toLocalFile();
+    for (const QUrl& url : data->urls()) {
+        if (!url.isLocalFile()) continue;
+        // Qt decodes a path as UTF-8; its percent-encoded form still holds the name's bytes.
+        if (url.host().isEmpty())
+            files << NameFromBytes(
+                QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
+        else
+            files << url.toLocalFile();
+    }
     return files;
 }
 

@@ -1,7 +1,8 @@
 #include "tags/clsMP3.h"
 
 #include <QFile>
-#include <QFileInfo>
+
+#include "app/FileNames.h"
 
 namespace cantovel {
 
@@ -84,9 +85,9 @@ void clsMP3::setFileName(const QString& path) {
     year_ = blanks(YearField);
     genre_ = blanks(GenreField);
 
-    if (!QFileInfo(path).isFile()) return;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return;
+    if (KindOfName(path) != NameKind::File) return;
+    QFile file;
+    if (!OpenByName(file, path, QIODevice::ReadOnly)) return;
     // Always the last 128 bytes; a shorter file has no room for a tag.
     if (file.size() < TagSize || !file.seek(file.size() - TagSize)) return;
     const QByteArray tag = file.read(TagSize);

@@ -13,6 +13,7 @@
 #include <QTimer>
 #include <cstdio>
 
+#include "app/FileNames.h"
 #include "platform/instance/LocalInstanceLink.h"
 #include "support/AudioFixtures.h"
 
@@ -149,9 +150,12 @@ TEST_F(InstanceLinkTest, RestoreAppArrivesAndIsAcknowledged) {
     EXPECT_TRUE(error.isEmpty());
     const QString path = QString::fromUtf8("\"/music/Ärger – ♪.mp3\"");
     ASSERT_TRUE(second.execute(path, Generous, &error)) << error.toStdString();
+    // A name that is not UTF-8 arrives with its own bytes.
+    const QString latin1 = NameFromBytes("\"/music/caf\xE9.mp3\"");
+    ASSERT_TRUE(second.execute(latin1, Generous, &error)) << error.toStdString();
 
-    ASSERT_TRUE(waitUntil([&] { return received.size() == 2; }));
-    EXPECT_EQ(received, QStringList({"[Restore App]", path}));
+    ASSERT_TRUE(waitUntil([&] { return received.size() == 3; }));
+    EXPECT_EQ(received, QStringList({"[Restore App]", path, latin1}));
 }
 
 TEST_F(InstanceLinkTest, NoInstanceIsAnErrorWithoutWaiting) {

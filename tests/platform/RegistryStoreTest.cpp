@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <functional>
 
@@ -143,20 +144,51 @@ TEST_F(RegistryStoreTest, ReadsFilesWrittenByHand) {
     EXPECT_TRUE(damagedFiles().isEmpty());
 }
 
-TEST_F(RegistryStoreTest, DamagedFilesAreKeptAsideAndReadAsEmpty) {
-    const QByteArray damaged[] = {
-        "not a registry file\n",
-        "REGEDIT4\n\n[HKEY_CURRENT_USER\\A]\n\"x\"=\"1\"\nstray text\n",
-        "REGEDIT4\n\n[HKEY_CURRENT_USER\\A]\n\"x\"=\"unterminated\n",
-        "REGEDIT4\n\n[HKEY_LOCAL_MACHINE\\A]\n\"x\"=\"1\"\n",
-        "REGEDIT4\n\n\"x\"=\"outside any key\"\n",
-        "REGEDIT4\n\n[HKEY_CURRENT_USER\\A]\n\"x\"=\"bad \\q escape\"\n",
-        "REGEDIT4\n\n[HKEY_CURRENT_USER\\A]\n\"x\"=dword:123456789\n",
-        "",
+TEST_F(RegistryStoreTest, LinesThatCannotBeReadArePassedOverAndKept) {
+    const QByteArray unread[] = {
+        "stray text",
+        "\"unterminated\"=\"no end",
+        "\"big\"=dword:123456789",
+        "\"escape\"=\"bad \\q\"",
+        "\"gone\"=-",
+        "; a comment",
+        "[-HKEY_CURRENT_USER\\Software\\Deleted]",
+        "\"inDeleted\"=\"1\"",
+        "[HKEY_LOCAL_MACHINE\\Other]",
+        "\"otherRoot\"=\"2\"",
+        "\"blob\"=hex:01,02,\\\r\n  zz",
     };
+    writeFile("REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\A]\r\n\"x\"=\"1\"\r\n" + unread[0] + "\r\n" +
+              unread[1] + "\r\n" + unread[2] + "\r\n" + unread[3] + "\r\n" + unread[4] + "\r\n" +
+              unread[10] + "\r\n" + unread[5] + "\r\n" + unread[6] + "\r\n" + unread[7] +
+              "\r\n[HKEY_CURRENT_USER\\C]\r\n\"c\"=\"3\"\r\n" + unread[8] + "\r\n" + unread[9] +
+              "\r\n");
+    EXPECT_EQ(text("A", "x"), "1");
+    EXPECT_EQ(text("C", "c"), "3");
+    EXPECT_FALSE(store.keyExists(HKCU, "Software\\Deleted"));
+    EXPECT_EQ(store.valueNames(HKCU, "A"), QStringList{"x"});
+
+    // A write keeps every line it could not read, as it stood.
+    ASSERT_TRUE(store.setValue(HKCU, "A", "y", RegValue::text("2")));
+    EXPECT_TRUE(damagedFiles().isEmpty());
+    const QByteArray after = fileText();
+    for (const QByteArray& line : unread)
+        EXPECT_TRUE(after.contains(line + '\n')) << line.constData() << " in\n"
+                                                 << after.constData();
+    EXPECT_EQ(text("A", "x"), "1");
+    EXPECT_EQ(text("A", "y"), "2");
+    EXPECT_EQ(text("C", "c"), "3");
+    // Written again, the file does not grow: the kept lines are not doubled.
+    ASSERT_TRUE(store.setValue(HKCU, "A", "y", RegValue::text("2")));
+    EXPECT_EQ(fileText(), after);
+}
+
+TEST_F(RegistryStoreTest, AFileWithNothingReadableIsKeptAsideAndReadsAsEmpty) {
+    const QByteArray damaged[] = {"not a registry file\n", QByteArray("\x7f"
+                                                                      "ELF\0\1\2\xff",
+                                                                      8)};
     int n = 0;
     for (const QByteArray& text : damaged) {
-        SCOPED_TRACE(text.toStdString());
         writeFile(text);
         EXPECT_FALSE(store.queryValue(HKCU, "A", "x"));
         EXPECT_FALSE(QFile::exists(store.fileFor(HKCU)));
@@ -169,11 +201,34 @@ TEST_F(RegistryStoreTest, DamagedFilesAreKeptAsideAndReadAsEmpty) {
         }
         EXPECT_TRUE(kept);
     }
-    // Writing over a damaged file starts afresh.
-    writeFile("garbage");
+    // An empty file is no damage: it reads as empty and stays.
+    writeFile("");
+    EXPECT_FALSE(store.keyExists(HKCU, "A"));
+    EXPECT_EQ(damagedFiles().size(), n);
     ASSERT_TRUE(store.createKey(HKCU, "A"));
     ASSERT_TRUE(store.setValue(HKCU, "A", "x", RegValue::text("fresh")));
     EXPECT_EQ(RegistryStoreTest::text("A", "x"), "fresh");
+}
+
+TEST_F(RegistryStoreTest, AFileThatIsASymbolicLinkIsWrittenThroughIt) {
+    ASSERT_TRUE(QDir(dir.path()).mkpath("dotfiles"));
+    const QString target = dir.path() + "/dotfiles/settings.reg";
+    {
+        QFile f(target);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write("REGEDIT4\n\n[HKEY_CURRENT_USER\\A]\n\"x\"=\"1\"\n");
+    }
+    ASSERT_EQ(
+        ::symlink("dotfiles/settings.reg", QFile::encodeName(store.fileFor(HKCU)).constData()), 0);
+    EXPECT_EQ(text("A", "x"), "1");
+
+    ASSERT_TRUE(store.setValue(HKCU, "A", "x", RegValue::text("2")));
+    EXPECT_TRUE(QFileInfo(store.fileFor(HKCU)).isSymLink());
+    EXPECT_EQ(text("A", "x"), "2");
+    QFile f(target);
+    ASSERT_TRUE(f.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(f.readAll().contains("\"x\"=\"2\""));
+    EXPECT_EQ(QDir(dir.path() + "/dotfiles").entryList(QDir::Files), QStringList{"settings.reg"});
 }
 
 TEST_F(RegistryStoreTest, WriterKilledMidWriteLosesNothingWrittenBefore) {

@@ -10,6 +10,7 @@
 #include <QUrl>
 #include <QWidget>
 
+#include "app/FileNames.h"
 #include "shell/Subclass.h"
 
 using namespace cantovel;
@@ -148,16 +149,19 @@ TEST(Subclass, ADropReachesWndProcWithItsPathsInOrder) {
     s.setMessages(Wm::DROPFILES, true);
     EXPECT_TRUE(list.acceptDrops());
 
+    // As a file manager sends it: percent-encoded bytes, one a Latin-1 "é".
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile("/music/b.mp3"), QUrl("http://example.org/x.mp3"),
-                  QUrl::fromLocalFile("/music/a song.wav")});
+    data.setData("text/uri-list",
+                 "file:///music/b.mp3\r\nhttp://example.org/x.mp3\r\nfile:///music/a%20song.wav\r\n"
+                 "file:///music/caf%E9.mp3\r\nfile:///music/caf%C3%A9.mp3\r\n");
     QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&list, &enter);
     EXPECT_TRUE(enter.isAccepted());
     QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&list, &drop);
     ASSERT_EQ(r.messages(), QList<quint32>({Wm::DROPFILES}));
-    EXPECT_EQ(during, QStringList({"/music/b.mp3", "/music/a song.wav"}));
+    EXPECT_EQ(during, QStringList({"/music/b.mp3", "/music/a song.wav",
+                                   NameFromBytes("/music/caf\xE9.mp3"), "/music/café.mp3"}));
     EXPECT_TRUE(s.droppedFiles().isEmpty());
 
     // A drop of no local file is no file drop.

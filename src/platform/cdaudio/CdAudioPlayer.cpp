@@ -12,6 +12,7 @@
 #include <cstring>
 #include <vector>
 
+#include "app/FileNames.h"
 #include "platform/cdaudio/CdioQuiet.h"
 
 namespace cantovel {
@@ -132,7 +133,7 @@ int CdAudioPlayer::openStream(void*, char* uri, mpv_stream_cb_info* info) {
     const QString text = QString::fromUtf8(uri).mid(int(std::strlen(kProtocol)) + 3);
     const QStringList parts = text.split(QLatin1Char('/'));
     if (parts.size() != 3) return MPV_ERROR_LOADING_FAILED;
-    const QByteArray device = QUrl::fromPercentEncoding(parts[2].toLatin1()).toLocal8Bit();
+    const QByteArray device = QByteArray::fromPercentEncoding(parts[2].toLatin1());
     auto stream = std::make_unique<Stream>();
     stream->first = parts[0].toLongLong();
     stream->count = parts[1].toLongLong();
@@ -157,7 +158,8 @@ bool CdAudioPlayer::play(const QString& device, qint64 first, qint64 count) {
     stoppedAt_ = first_;
     ++serial_;
     const QByteArray uri = QByteArray(kProtocol) + "://" + QByteArray::number(first_) + '/' +
-                           QByteArray::number(count_) + '/' + QUrl::toPercentEncoding(device);
+                           QByteArray::number(count_) + '/' +
+                           NameToBytes(device).toPercentEncoding();
     int no = 0;
     mpv_set_property(mpv_, "pause", MPV_FORMAT_FLAG, &no);
     mpv_node result{};

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include "app/FileNames.h"
 #include "app/Settings.h"
 #include "platform/cddrives/CdaFile.h"
 
@@ -21,7 +22,7 @@ QStringList realDevices() {
     QStringList list;
     char** devices = cdio_get_devices(DRIVER_DEVICE);
     if (!devices) return list;
-    for (char** d = devices; *d; ++d) list << QString::fromLocal8Bit(*d);
+    for (char** d = devices; *d; ++d) list << NameFromBytes(*d);
     cdio_free_device_list(devices);
     list.sort();
     return list;
@@ -29,7 +30,7 @@ QStringList realDevices() {
 
 QString modelOf(const QString& device) {
     QString name = QFileInfo(device).fileName();
-    CdIo_t* cdio = cdio_open(device.toLocal8Bit().constData(), DRIVER_DEVICE);
+    CdIo_t* cdio = cdio_open(NameToBytes(device).constData(), DRIVER_DEVICE);
     if (!cdio) return name;
     cdio_hwinfo_t hw{};
     if (cdio_get_hwinfo(cdio, &hw)) {
@@ -106,7 +107,7 @@ QString LibcdioCdDrives::TrackFolder(QChar letter) {
     const QString folder = FolderOf(letter);
     if (drive.Letter.isNull()) return QString();
 
-    CdIo_t* cdio = cdio_open(drive.Device.toLocal8Bit().constData(), DRIVER_UNKNOWN);
+    CdIo_t* cdio = cdio_open(NameToBytes(drive.Device).constData(), DRIVER_UNKNOWN);
     const track_t first = cdio ? cdio_get_first_track_num(cdio) : track_t(CDIO_INVALID_TRACK);
     const track_t count = cdio ? cdio_get_num_tracks(cdio) : track_t(CDIO_INVALID_TRACK);
     if (!cdio || first == CDIO_INVALID_TRACK || count == CDIO_INVALID_TRACK || count == 0) {

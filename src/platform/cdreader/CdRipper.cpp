@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+#include "app/FileNames.h"
 #include "platform/cdaudio/CdioQuiet.h"
 #include "platform/wavechain/AudioSource.h"
 #include "platform/wavechain/Resampler.h"
@@ -42,7 +43,7 @@ struct Drive {
     }
 
     bool open(const CdRipper::Job& job) {
-        const QByteArray device = QFile::encodeName(job.device);
+        const QByteArray device = NameToBytes(job.device);
         cdio = cdio_open(device.constData(), DRIVER_UNKNOWN);
         if (!cdio) return false;
         cdda = cdio_cddap_identify_cdio(cdio, CDDA_MESSAGE_FORGETIT, nullptr);

@@ -9,6 +9,7 @@
 #include <QMetaObject>
 #include <algorithm>
 
+#include "app/FileNames.h"
 #include "platform/cdaudio/CdAudioPlayer.h"
 #include "platform/cdaudio/CdioQuiet.h"
 #include "platform/cddrives/CdDrives.h"
@@ -92,11 +93,11 @@ void CdioCDReader::refresh() const {
         imageStamp_ = info.lastModified();
         imageSize_ = info.size();
         present_ = true;
-        cdio_ = cdio_open(QFile::encodeName(device_).constData(), DRIVER_UNKNOWN);
+        cdio_ = cdio_open(NameToBytes(device_).constData(), DRIVER_UNKNOWN);
         readToc();
         return;
     }
-    if (!cdio_) cdio_ = cdio_open(QFile::encodeName(device_).constData(), DRIVER_UNKNOWN);
+    if (!cdio_) cdio_ = cdio_open(NameToBytes(device_).constData(), DRIVER_UNKNOWN);
     if (!cdio_) {
         present_ = tocRead_ = false;
         tracks_.clear();
@@ -165,7 +166,7 @@ void CdioCDReader::Door(bool close) {
         refresh();
         return;
     }
-    const QByteArray device = QFile::encodeName(device_);
+    const QByteArray device = NameToBytes(device_);
     releaseDisc();
     if (close)
         cdio_close_tray(device.constData(), nullptr);

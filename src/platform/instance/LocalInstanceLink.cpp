@@ -7,6 +7,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include "app/FileNames.h"
+
 namespace cantovel {
 
 namespace {
@@ -95,7 +97,7 @@ void LocalInstanceLink::serve(QLocalSocket* socket) {
         }
         QByteArray line = peer->received.left(end);
         if (line.endsWith('\r')) line.chop(1);
-        const QString command = QString::fromUtf8(line);
+        const QString command = NameFromBytes(line);
         peer->answered = true;
         // The sender waits only a moment: answer first, handle the command afterwards.
         socket->write(Ack);
@@ -133,7 +135,7 @@ bool LocalInstanceLink::execute(const QString& command, int timeoutMs, QString* 
         loop.quit();
     };
     QObject::connect(&socket, &QLocalSocket::connected, &loop,
-                     [&] { socket.write(command.toUtf8() + '\n'); });
+                     [&] { socket.write(NameToBytes(command) + '\n'); });
     QObject::connect(&socket, &QLocalSocket::readyRead, &loop, [&] {
         reply += socket.readAll();
         if (reply.contains('\n'))

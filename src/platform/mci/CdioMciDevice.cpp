@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 
+#include "app/FileNames.h"
 #include "platform/Components.h"
 #include "platform/cdaudio/CdAudioPlayer.h"
 #include "platform/cdaudio/CdioQuiet.h"
@@ -52,7 +53,7 @@ void CdioMciDevice::setCommand(const QString& word) {
     } else if (w == QLatin1String("EJECT")) {
         stop();
         if (!opened_.isEmpty() && !QFileInfo(opened_).isFile())
-            cdio_eject_media_drive(opened_.toLocal8Bit().constData());
+            cdio_eject_media_drive(NameToBytes(opened_).constData());
         trayOut_ = true;
         starts_.clear();
     }
@@ -80,7 +81,7 @@ void CdioMciDevice::close() {
 
 bool CdioMciDevice::readToc() {
     starts_.clear();
-    CdIo_t* cdio = cdio_open(opened_.toLocal8Bit().constData(), DRIVER_UNKNOWN);
+    CdIo_t* cdio = cdio_open(NameToBytes(opened_).constData(), DRIVER_UNKNOWN);
     if (!cdio) return false;
     const track_t first = cdio_get_first_track_num(cdio);
     const track_t count = cdio_get_num_tracks(cdio);

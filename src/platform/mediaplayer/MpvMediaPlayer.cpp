@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "app/FileNames.h"
 #include "platform/clock/Clock.h"
 #include "platform/mediaplayer/MpvVideoSurface.h"
 
@@ -242,7 +243,8 @@ int MpvMediaPlayer::setFileName(const QString& name) {
         mpv_set_property_string(mpv_, "pause", "yes");
         outcome_ = Outcome::Pending;
         failure_.clear();
-        const QByteArray path = name.toUtf8();
+        // mpv takes a file name as the kernel does: its bytes, whatever they are.
+        const QByteArray path = NameToBytes(name);
         command(mpv_, {"loadfile", path.constData(), "replace"});
         entryId_ = intProperty(mpv_, "playlist/0/id", -1);
         Clock::get().wait(openTimeoutMs_,

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <vector>
 
+#include "app/FileNames.h"
 #include "platform/wavechain/SoundSink.h"
 #include "platform/wavechain/StagedOutput.h"
 
@@ -30,7 +31,7 @@ std::shared_ptr<mpg123_handle> openStream(const QString& path, long* rate, int* 
     });
     if (!stream) return nullptr;
     mpg123_param(stream.get(), MPG123_ADD_FLAGS, MPG123_QUIET, 0);
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = NameToBytes(path);
     int encoding = 0;
     if (mpg123_open(stream.get(), name.constData()) != MPG123_OK ||
         mpg123_getformat(stream.get(), rate, channels, &encoding) != MPG123_OK)

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+#include "app/FileNames.h"
 #include "platform/wavechain/ConvertingReader.h"
 #include "platform/wavechain/SoundSink.h"
 #include "platform/wavechain/StagedOutput.h"
@@ -116,7 +117,7 @@ void LameMp3Encoder::Start() {
         openError = staged->error();
     } else {
         file = std::make_shared<OutputFile>(
-            std::fopen(QFile::encodeName(staged->path()).constData(), "wb+"));
+            std::fopen(NameToBytes(staged->path()).constData(), "wb+"));
         if (!file->get()) openError = errno ? errno : EIO;
     }
     if (openError) {

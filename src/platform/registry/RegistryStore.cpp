@@ -6,17 +6,15 @@
 #include <unistd.h>
 
 #include <QDateTime>
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QStandardPaths>
 #include <algorithm>
 #include <cerrno>
 #include <functional>
 #include <memory>
 #include <vector>
 
+#include "app/FileNames.h"
 #include "platform/Components.h"
 
 namespace cantovel {
@@ -28,7 +26,8 @@ Registry& Registry::get() {
 RegValue RegValue::text(const QString& s) {
     RegValue v;
     v.type = REG_SZ;
-    v.data = s.toUtf8();
+    // Settings hold paths, whose bytes need not be UTF-8.
+    v.data = NameToBytes(s);
     v.data.append('\0');
     return v;
 }
@@ -89,6 +88,10 @@ struct Key {
     QString name;
     QList<std::pair<QString, RegValue>> values;
     std::vector<std::unique_ptr<Key>> subkeys;
+    // Lines of this key's section that were not understood (comments among them): kept as
+    // they stood and written back after the values, so nothing a user or another program
+    // put there is lost by the next write.
+    QList<QByteArray> kept;
 
     Key* child(const QString& n) const {
         for (const auto& k : subkeys)
@@ -165,37 +168,62 @@ std::optional<quint32> hexNumber(QByteArrayView v, int maxDigits) {
     return n;
 }
 
-// Works on the file's bytes: every read parses the whole file (a damaged line anywhere
-// makes it damaged), so this stays lean.
+// What a file holds besides its keys: the lines not understood before the first section,
+// and the sections not understood (another root's, a deletion "[-...]") with their lines.
+struct Unread {
+    QList<QByteArray> before, sections;
+};
+
+// Works on the file's bytes: every read parses the whole file, so this stays lean.
 class Parser {
   public:
     Parser(const QByteArray& bytes, const QString& root) : text_(bytes), root_(root) {}
 
-    // False when the text is not a REGEDIT4 file of this root.
-    bool parse(Key& tree) {
-        bool header = false;
+    // A line that cannot be read is kept and passed over; false only when there were such
+    // lines and nothing at all could be read.
+    bool parse(Key& tree, Unread& unread) {
+        bool readSomething = false, unreadSomething = false, header = false;
+        bool inForeignSection = false;
         Key* current = nullptr;
         QByteArrayView line;
-        while (nextLine(line)) {
+        qsizetype start = pos_;
+        auto keep = [&](QByteArrayView raw) {
+            unreadSomething = true;
+            if (current)
+                current->kept << raw.toByteArray();
+            else
+                (inForeignSection ? unread.sections : unread.before) << raw.toByteArray();
+        };
+        while ((start = pos_), nextLine(line)) {
+            const QByteArrayView raw = line;
             line = line.trimmed();
-            if (!header) {
+            if (!header && !readSomething) {
                 if (line.startsWith("\xEF\xBB\xBF")) line = line.sliced(3);
-                if (line.isEmpty()) continue;
-                if (line != "REGEDIT4") return false;
-                header = true;
-                continue;
+                if (line == "REGEDIT4") {
+                    header = readSomething = true;
+                    continue;
+                }
             }
-            if (line.isEmpty() || line.front() == ';') continue;
+            if (line.isEmpty()) continue;
             if (line.front() == '[') {
                 current = section(tree, line);
-                if (!current) return false;
-            } else if (line.front() == '"' || line.front() == '@') {
-                if (!current || !value(*current, line)) return false;
+                inForeignSection = !current;
+                if (current)
+                    readSomething = true;
+                else
+                    keep(raw);
+            } else if ((line.front() == '"' || line.front() == '@') && current &&
+                       value(*current, line)) {
+                readSomething = true;
             } else {
-                return false;
+                // A value can span lines: all of them are kept together.
+                QByteArrayView span = text_.sliced(start, std::min(pos_, text_.size()) - start);
+                if (span.endsWith('\n')) span.chop(1);
+                if (span.endsWith('\r')) span.chop(1);
+                keep(span);
             }
         }
-        return header;
+        return readSomething || !unreadSomething;
     }
 
   private:
@@ -360,21 +388,34 @@ void appendValue(QByteArray& out, const QString& name, const RegValue& v) {
     out.append('\n');
 }
 
-void appendKey(QByteArray& out, const Key& key, const QString& path) {
+void appendLines(QByteArray& out, const QList<QByteArray>& lines) {
+    for (const QByteArray& line : lines) out.append(line).append('\n');
+}
+
+void appendSection(QByteArray& out, const Key& key, const QString& path) {
     out.append('[').append(path.toUtf8()).append("]\n");
     for (const auto& [name, v] : key.values) appendValue(out, name, v);
+    appendLines(out, key.kept);
     out.append('\n');
+}
+
+void appendKey(QByteArray& out, const Key& key, const QString& path) {
+    appendSection(out, key, path);
     for (const auto& sub : key.subkeys) appendKey(out, *sub, path + u'\\' + sub->name);
 }
 
-QByteArray serialize(const Key& tree, const QString& root) {
+QByteArray serialize(const Key& tree, const Unread& unread, const QString& root) {
     QByteArray out("REGEDIT4\n\n");
-    if (!tree.values.isEmpty()) {
-        out.append('[').append(root.toUtf8()).append("]\n");
-        for (const auto& [name, v] : tree.values) appendValue(out, name, v);
+    if (!unread.before.isEmpty()) {
+        appendLines(out, unread.before);
         out.append('\n');
     }
+    if (!tree.values.isEmpty() || !tree.kept.isEmpty()) appendSection(out, tree, root);
     for (const auto& sub : tree.subkeys) appendKey(out, *sub, root + u'\\' + sub->name);
+    if (!unread.sections.isEmpty()) {
+        appendLines(out, unread.sections);
+        out.append('\n');
+    }
     return out;
 }
 
@@ -384,7 +425,7 @@ enum class Load { Ok, Damaged, Failed };
 
 // The whole file; nothing when it cannot be read, empty when it does not exist.
 std::optional<QByteArray> readFile(const QString& file) {
-    const int fd = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC);
+    const int fd = ::open(NameToBytes(file).constData(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) return errno == ENOENT ? std::optional<QByteArray>(QByteArray()) : std::nullopt;
     struct stat st {};
     QByteArray bytes;
@@ -404,32 +445,38 @@ std::optional<QByteArray> readFile(const QString& file) {
     return ok ? std::optional<QByteArray>(std::move(bytes)) : std::nullopt;
 }
 
-Load load(const QString& file, const QString& root, Key& tree) {
+Load load(const QString& file, const QString& root, Key& tree, Unread* unread = nullptr) {
     tree = Key{};
+    Unread ignored;
+    if (!unread) unread = &ignored;
+    *unread = Unread{};
     const std::optional<QByteArray> bytes = readFile(file);
     if (!bytes) return Load::Failed;
     if (bytes->isNull()) return Load::Ok;  // no file yet
-    if (!Parser(*bytes, root).parse(tree)) {
+    if (!Parser(*bytes, root).parse(tree, *unread)) {
         tree = Key{};
+        *unread = Unread{};
         return Load::Damaged;
     }
     return Load::Ok;
 }
 
-// Keeps a damaged file for the user to look at, out of the way of the next write.
-void putAside(const QString& file) {
+// Keeps a file with nothing readable in it for the user to look at, out of the way of the
+// next write. A link stays; what it points to is moved.
+void putAside(const QString& link) {
+    const QString file = LinkTargetOf(link);
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
     QString target = file + QStringLiteral(".damaged-") + stamp;
-    for (int n = 2; QFileInfo::exists(target); ++n)
+    for (int n = 2; KindOfName(target) != NameKind::Missing; ++n)
         target = file + QStringLiteral(".damaged-") + stamp + u'-' + QString::number(n);
-    ::rename(QFile::encodeName(file).constData(), QFile::encodeName(target).constData());
+    ::rename(NameToBytes(file).constData(), NameToBytes(target).constData());
 }
 
 // An exclusive advisory lock on "<file>.lock", held while the object lives.
 class WriteLock {
   public:
     explicit WriteLock(const QString& file) {
-        fd_ = ::open(QFile::encodeName(file + QStringLiteral(".lock")).constData(),
+        fd_ = ::open(NameToBytes(file + QStringLiteral(".lock")).constData(),
                      O_RDWR | O_CREAT | O_CLOEXEC, 0600);
         if (fd_ < 0) return;
         int r;
@@ -451,38 +498,10 @@ class WriteLock {
     int fd_ = -1;
 };
 
-bool writeAll(int fd, const QByteArray& bytes) {
-    const char* p = bytes.constData();
-    qsizetype left = bytes.size();
-    while (left > 0) {
-        const ssize_t n = ::write(fd, p, size_t(left));
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
-        p += n;
-        left -= n;
-    }
-    return true;
-}
-
-// Replaces `file` with `bytes`: readers see the old file or the new one, never a part.
+// Replaces `file` with `bytes`: readers see the old file or the new one, never a part. The
+// settings are the user's own: a new file is readable by its owner only.
 bool replaceFile(const QString& file, const QByteArray& bytes) {
-    const QByteArray path = QFile::encodeName(file);
-    const QByteArray temp = path + ".tmp";
-    const int fd = ::open(temp.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    if (fd < 0) return false;
-    const bool written = writeAll(fd, bytes) && ::fsync(fd) == 0;
-    if (::close(fd) != 0 || !written || ::rename(temp.constData(), path.constData()) != 0) {
-        ::unlink(temp.constData());
-        return false;
-    }
-    // The rename itself must reach the disk too.
-    const int dir = ::open(QFile::encodeName(QFileInfo(file).absolutePath()).constData(),
-                           O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (dir >= 0) {
-        ::fsync(dir);
-        ::close(dir);
-    }
-    return true;
+    return ReplaceFileByName(file, bytes, true, 0600);
 }
 
 enum class Change { Failed, None, Made };
@@ -501,12 +520,12 @@ std::unique_ptr<Key> readTree(const QString& file, const QString& root) {
 
 bool modify(const QString& file, const QString& root, const std::function<Change(Key&)>& change) {
     if (file.isEmpty()) return false;
-    const QString folder = QFileInfo(file).absolutePath();
-    if (!QDir().mkpath(folder)) return false;
+    if (!MakeFolderByName(QFileInfo(file).absolutePath())) return false;
     WriteLock lock(file);
     if (!lock.held()) return false;
     Key tree;
-    switch (load(file, root, tree)) {
+    Unread unread;
+    switch (load(file, root, tree, &unread)) {
         case Load::Failed:
             return false;
         case Load::Damaged:
@@ -523,15 +542,19 @@ bool modify(const QString& file, const QString& root, const std::function<Change
         case Change::Made:
             break;
     }
-    return replaceFile(file, serialize(tree, root));
+    return replaceFile(file, serialize(tree, unread, root));
 }
 
 }  // namespace
 
 RegistryStore::RegistryStore(QString folder) : folder_(std::move(folder)) {
-    if (folder_.isEmpty())
-        folder_ = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                  QStringLiteral("/cantovel");
+    if (!folder_.isEmpty()) return;
+    // The configuration folder as the environment names it, bytes and all.
+    const QByteArray config = qgetenv("XDG_CONFIG_HOME");
+    folder_ =
+        (config.startsWith('/') ? NameFromBytes(config)
+                                : NameFromBytes(qgetenv("HOME")) + QStringLiteral("/.config")) +
+        QStringLiteral("/cantovel");
 }
 
 QString RegistryStore::fileFor(RegRoot root) const {

@@ -5,8 +5,9 @@
 // Nothing is cached: every read opens and parses the file afresh, so a value written by
 // another process is seen at once. Every write takes an exclusive lock, reads the file
 // again, changes it and replaces it whole (temporary file, fsync, rename), so neither a
-// crash nor a second writer can leave a torn file or lose a value. A file that does not
-// parse is renamed aside and read as empty.
+// crash nor a second writer can leave a torn file or lose a value; a symbolic link stays
+// and its target is replaced. Lines that cannot be read are passed over and written back
+// as they stood; only a file with nothing readable in it is renamed aside and read as empty.
 
 #include <QString>
 

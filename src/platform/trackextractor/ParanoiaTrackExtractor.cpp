@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <algorithm>
 
+#include "app/FileNames.h"
 #include "platform/Components.h"
 #include "platform/cddrives/CdDrives.h"
 #include "platform/mediaplayer/MediaPlayer.h"
@@ -28,7 +29,7 @@ using CdioHandle = std::unique_ptr<CdIo_t, CdioCloser>;
 
 CdioHandle openDisc(const QString& device) {
     if (device.isEmpty()) return nullptr;
-    return CdioHandle(cdio_open(QFile::encodeName(device).constData(), DRIVER_UNKNOWN));
+    return CdioHandle(cdio_open(NameToBytes(device).constData(), DRIVER_UNKNOWN));
 }
 
 QList<ParanoiaTrackExtractor::Track> readToc(const QString& device) {
@@ -104,7 +105,7 @@ QList<ParanoiaTrackExtractor::Drive> ParanoiaTrackExtractor::drives() {
     }
     char** devices = cdio_get_devices(DRIVER_DEVICE);
     for (char** d = devices; d && *d; ++d) {
-        const QString device = QFile::decodeName(*d);
+        const QString device = NameFromBytes(*d);
         all << Drive{device, device};
     }
     cdio_free_device_list(devices);

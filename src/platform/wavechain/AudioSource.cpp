@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <cstring>
 
+#include "app/FileNames.h"
+
 namespace cantovel {
 
 AudioSource::~AudioSource() {
@@ -58,7 +60,7 @@ bool AudioSource::open(const QString& path) {
     close();
     SF_INFO info;
     std::memset(&info, 0, sizeof info);
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = NameToBytes(path);
     SNDFILE* file = sf_open(name.constData(), SFM_READ, &info);
     if (!file) {
         error_ = QString::fromLocal8Bit(sf_strerror(nullptr));

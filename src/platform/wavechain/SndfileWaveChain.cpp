@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <memory>
 
+#include "app/FileNames.h"
 #include "platform/wavechain/AudioSource.h"
 #include "platform/wavechain/ConvertingReader.h"
 #include "platform/wavechain/SoundSink.h"
@@ -18,8 +19,8 @@ namespace {
 
 bool sameFile(const QString& a, const QString& b) {
     struct stat sa, sb;
-    if (::stat(QFile::encodeName(a).constData(), &sa) != 0 ||
-        ::stat(QFile::encodeName(b).constData(), &sb) != 0)
+    if (::stat(NameToBytes(a).constData(), &sa) != 0 ||
+        ::stat(NameToBytes(b).constData(), &sb) != 0)
         return false;
     return sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
 }

@@ -7,6 +7,8 @@
 #include <cstring>
 #include <utility>
 
+#include "app/FileNames.h"
+
 namespace cantovel {
 
 bool isDiskFullError(int error) {
@@ -24,7 +26,7 @@ bool SoundSink::open(const QString& path, int format, int rate, int channels) {
     info.channels = channels;
     info.format = format;
     errno = 0;
-    file_ = sf_open(QFile::encodeName(path).constData(), SFM_WRITE, &info);
+    file_ = sf_open(NameToBytes(path).constData(), SFM_WRITE, &info);
     openErrno_ = file_ ? 0 : errno;
     if (!file_) {
         errorText_ = QString::fromLocal8Bit(sf_strerror(nullptr));

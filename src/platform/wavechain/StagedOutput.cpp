@@ -12,6 +12,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "app/FileNames.h"
+
 namespace cantovel {
 
 QString systemErrorText(int error) {
@@ -33,7 +35,7 @@ bool StagedOutput::create() {
                 .arg(info.fileName())
                 .arg(QRandomGenerator::global()->generate() & 0xffffff, 6, 16, QChar(u'0'));
         const QString candidate = info.absoluteDir().filePath(name);
-        const int fd = ::open(QFile::encodeName(candidate).constData(),
+        const int fd = ::open(NameToBytes(candidate).constData(),
                               O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (fd >= 0) {
             ::close(fd);
@@ -49,7 +51,7 @@ bool StagedOutput::create() {
 
 bool StagedOutput::keep() {
     if (settled_.exchange(true)) return true;
-    const QByteArray from = QFile::encodeName(path_), to = QFile::encodeName(final_);
+    const QByteArray from = NameToBytes(path_), to = NameToBytes(final_);
     struct stat older;
     if (::stat(to.constData(), &older) == 0) {
         // A device or folder of that name is not ours to replace.
@@ -68,12 +70,12 @@ bool StagedOutput::keep() {
 
 void StagedOutput::drop() {
     if (settled_.exchange(true)) return;
-    ::unlink(QFile::encodeName(path_).constData());
+    ::unlink(NameToBytes(path_).constData());
 }
 
 void StagedOutput::fail() {
     struct stat older;
-    if (::stat(QFile::encodeName(final_).constData(), &older) == 0)
+    if (::stat(NameToBytes(final_).constData(), &older) == 0)
         drop();
     else
         keep();
