@@ -1,7 +1,5 @@
 // Reading a 100,000-line ".m3u" of existing files into both lists: the main window's
 // List1 and the editor's lstPlayList. The budget is under a second.
-#include <benchmark/benchmark.h>
-
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -9,10 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/Components.h"
-#include "platform/clock/QtClock.h"
-#include "platform/msgbox/QtMsgBox.h"
-#include "platform/registry/RegistryStore.h"
+#include "PlaylistBench.h"
 #include "player/frmMain.h"
 #include "playlist/frmPlaylist.h"
 
@@ -30,9 +25,7 @@ struct Fixture {
     frmPlaylist* editor = nullptr;
 
     Fixture() {
-        Components::provideService<Registry>(std::make_shared<RegistryStore>(dir.path() + "/reg"));
-        Components::provideService<Clock>(std::make_shared<QtClock>());
-        Components::provideService<MsgBox>(std::make_shared<QtMsgBox>());
+        bench::provideWindowServices(dir.path() + "/reg");
         QDir().mkpath(dir.path() + "/music");
         QStringList files;
         for (int i = 0; i < FileCount; ++i) {
@@ -69,10 +62,5 @@ BENCHMARK(BM_ReadHundredThousandLines)->Unit(benchmark::kMillisecond)->Iteration
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return cantovel::bench::runInQtApplication(argc, argv);
 }

@@ -37,6 +37,7 @@ class PlaylistListBox : public QListView {
     // False for a row that isn't there.
     bool RemoveItem(int index);
     void RemoveRange(int first, int count) { model_.removeRange(first, count); }
+    void KeepRows(const QList<bool>& keep) { model_.keepRows(keep); }
     void Clear() { model_.clear(); }
 
     // The row under a point of the viewport, -1 for none.

@@ -34,6 +34,16 @@ void PlaylistListModel::removeRange(int first, int count) {
     endRemoveRows();
 }
 
+void PlaylistListModel::keepRows(const QList<bool>& keep) {
+    beginResetModel();
+    QStringList kept;
+    kept.reserve(texts_.size());
+    for (qsizetype i = 0; i < texts_.size(); ++i)
+        if (i >= keep.size() || keep[i]) kept << texts_[i];
+    texts_ = std::move(kept);
+    endResetModel();
+}
+
 void PlaylistListModel::clear() {
     if (texts_.isEmpty()) return;
     beginResetModel();

@@ -20,6 +20,9 @@ class PlaylistListModel : public QAbstractListModel {
     // Inserts before `row`; a row beyond the end appends.
     void insert(int row, const QString& text);
     void removeRange(int first, int count);
+    // Keeps the rows whose flag is set and drops the rest, in one pass however scattered
+    // they are; the view is told once.
+    void keepRows(const QList<bool>& keep);
     void clear();
 
   private:

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QFontMetrics>
+#include <QHash>
+#include <vector>
 
 #include "app/FileNames.h"
 #include "app/Settings.h"
@@ -67,16 +69,89 @@ QStringList* list1() {
     return main ? &main->List1 : nullptr;
 }
 
-// One Delete Duplicates pass over any list. The bounds are inclusive and reach past the
-// last row, where a row reads as empty; removing a row that isn't there ends the pass.
-template <class Count, class Text, class Remove>
-void thinPass(Count count, Text text, Remove remove) {
-    const int n = count();
+// Which rows one Delete Duplicates pass keeps. The pass: for each round I, J runs from I
+// to the row count read at the round's start, inclusive, and row J goes when its text
+// equals row I's. So row I goes first; the row that moves up into I is the round's text
+// and stays for good; each later row of that text goes, but the row that moves into the
+// place of one just removed is stepped over. Beyond the last row a row reads as empty and
+// cannot be removed, which ends the pass: at once when the round's text is empty, and
+// always before I runs out. Walked row by row that is quadratic; here each round visits
+// only the rows of its own text, each text losing at least half of them a round.
+QList<bool> thinnedRows(const QStringList& texts) {
+    const int n = int(texts.size());
+    QList<bool> keep(n, true);
+    // The rows still there, as a ring through the sentinel `n`.
+    std::vector<int> next(size_t(n) + 1), prev(size_t(n) + 1);
     for (int i = 0; i <= n; ++i) {
-        const int m = count();
-        for (int j = i; j <= m; ++j)
-            if (text(j) == text(i) && !remove(j)) return;
+        next[size_t(i)] = i == n ? (n > 0 ? 0 : n) : i + 1;
+        prev[size_t(i)] = i == 0 ? n : i - 1;
     }
+    auto unlink = [&](int row) {
+        keep[row] = false;
+        next[size_t(prev[size_t(row)])] = next[size_t(row)];
+        prev[size_t(next[size_t(row)])] = prev[size_t(row)];
+    };
+    // The rows of each text, in order; those before `front` are gone or settled.
+    QHash<QString, int> groupOf;
+    std::vector<int> group(texts.size());
+    std::vector<std::vector<int>> rows;
+    for (int i = 0; i < n; ++i) {
+        auto it = groupOf.constFind(texts[i]);
+        if (it == groupOf.cend()) {
+            it = groupOf.insert(texts[i], int(rows.size()));
+            rows.emplace_back();
+        }
+        group[size_t(i)] = *it;
+        rows[size_t(*it)].push_back(i);
+    }
+    std::vector<size_t> front(rows.size(), 0);
+    int settled = n;  // the last row a round settled; rows after it are the rest
+    auto firstUnsettled = [&] { return next[size_t(settled)]; };
+    const int end = n;
+
+    for (;;) {
+        const int first = firstUnsettled();
+        if (first >= end) break;  // round I is past the last row
+        ++front[size_t(group[size_t(first)])];
+        unlink(first);
+        const int key = firstUnsettled();
+        if (key >= end) break;  // the round's text reads as empty
+        const int g = group[size_t(key)];
+        ++front[size_t(g)];
+        settled = key;
+        // The rest of the rows of the round's text, with the step over after a removal.
+        std::vector<int>& same = rows[size_t(g)];
+        size_t out = front[size_t(g)];
+        int stepOver = -1;
+        for (size_t k = front[size_t(g)]; k < same.size(); ++k) {
+            const int row = same[k];
+            if (row == stepOver) {
+                same[out++] = row;
+                stepOver = -1;
+                continue;
+            }
+            stepOver = next[size_t(row)];
+            unlink(row);
+        }
+        same.resize(out);
+        if (texts[key].isEmpty()) break;
+    }
+    return keep;
+}
+
+QList<bool> rowsNotIn(const QVector<int>& sorted, qsizetype count) {
+    QList<bool> keep(count, true);
+    for (int row : sorted)
+        if (row >= 0 && row < count) keep[row] = false;
+    return keep;
+}
+
+void keepRows(QStringList& list, const QList<bool>& keep) {
+    QStringList kept;
+    kept.reserve(list.size());
+    for (qsizetype i = 0; i < list.size(); ++i)
+        if (i >= keep.size() || keep[i]) kept << list[i];
+    list = std::move(kept);
 }
 
 }  // namespace
@@ -153,17 +228,9 @@ void frmPlaylist::mnuRemove() {
 void frmPlaylist::removeSelectedRows() {
     const QVector<int> rows = lstPlayList->selectedRowList();
     if (rows.isEmpty()) return;
-    QStringList* paths = list1();
-    // From the last run of selected rows to the first, each run in one step.
-    for (qsizetype end = rows.size(); end > 0;) {
-        qsizetype start = end - 1;
-        while (start > 0 && rows[start - 1] == rows[start] - 1) --start;
-        const int first = rows[start], count = int(end - start);
-        lstPlayList->RemoveRange(first, count);
-        if (paths && first < paths->size())
-            paths->remove(first, std::min<qsizetype>(count, paths->size() - first));
-        end = start;
-    }
+    // All in one pass: thousands of scattered rows go as fast as one.
+    lstPlayList->KeepRows(rowsNotIn(rows, lstPlayList->ListCount()));
+    if (QStringList* paths = list1()) keepRows(*paths, rowsNotIn(rows, paths->size()));
     // The lowest removed row, or the new last row, takes the selection.
     const int count = lstPlayList->ListCount();
     if (count > 0) {
@@ -215,17 +282,11 @@ void frmPlaylist::mnuDeselectAll() {
 }
 
 void frmPlaylist::RemoveDupes(PlaylistListBox& List) {
-    thinPass([&] { return List.ListCount(); }, [&](int i) { return List.List(i); },
-             [&](int i) { return List.RemoveItem(i); });
+    List.KeepRows(thinnedRows(List.texts()));
 }
 
 void frmPlaylist::RemoveDupes(QStringList& List) {
-    thinPass([&] { return int(List.size()); }, [&](int i) { return List.value(i); },
-             [&](int i) {
-                 if (i < 0 || i >= List.size()) return false;
-                 List.removeAt(i);
-                 return true;
-             });
+    keepRows(List, thinnedRows(List));
 }
 
 void frmPlaylist::Process_DROPFILES() {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QRandomGenerator>
 
 #include "PlaylistTest.h"
 
@@ -96,6 +97,42 @@ TEST_F(EditTest, DeleteDuplicatesThinsFarBeyondDuplicates) {
     QStringList five{"p", "q", "r", "s", "t"};
     editor->RemoveDupes(five);
     EXPECT_EQ(five, (QStringList{"q", "s"}));
+}
+
+// The pass exactly as the menu item's behaviour states it, row by row.
+QStringList thinnedRowByRow(QStringList list) {
+    const int n = int(list.size());
+    for (int i = 0; i <= n; ++i) {
+        const int m = int(list.size());
+        for (int j = i; j <= m; ++j) {
+            if (list.value(j) != list.value(i)) continue;
+            if (j >= list.size()) return list;  // removing a missing row ends the pass
+            list.removeAt(j);
+        }
+    }
+    return list;
+}
+
+TEST_F(EditTest, DeleteDuplicatesGivesTheRowByRowResultOnAnyList) {
+    // Few texts, runs of equal rows and empty rows: every turn the pass can take.
+    auto* random = QRandomGenerator::global();
+    for (int round = 0; round < 3000; ++round) {
+        QStringList texts;
+        const int alphabet = int(random->bounded(1, 5));
+        for (int i = 0, n = int(random->bounded(0, 25)); i < n; ++i) {
+            const int t = int(random->bounded(alphabet + 1));
+            texts << (t == alphabet && round % 3 == 0 ? QString() : QString(QChar(u'a' + t)));
+        }
+        QStringList fast = texts;
+        editor->RemoveDupes(fast);
+        ASSERT_EQ(fast, thinnedRowByRow(texts)) << texts.join(u',').toStdString();
+    }
+    QStringList paths;
+    for (int i = 0; i < 40; ++i) paths << QStringLiteral("/m/%1.mp3").arg(i % 7);
+    rows(paths);
+    menus->mnuDeleteDupes->trigger();
+    EXPECT_EQ(main->List1, thinnedRowByRow(paths));
+    EXPECT_EQ(names(), thinnedRowByRow(namesOf(paths)));
 }
 
 TEST_F(EditTest, AddTakesOneFileSeveralOrAPlaylistAndRemembersTheFolder) {
@@ -201,6 +238,21 @@ TEST_F(EditTest, AHundredThousandRowsChangeInBlocks) {
     editor->mnuRemove();
     EXPECT_EQ(main->List1, (QStringList{"/m/500.mp3"}));
     EXPECT_EQ(names(), (QStringList{"500.mp3"}));
+
+    // Every other row: as many runs as rows.
+    editor->mnuNew();
+    rows(paths);
+    list().clearSelection();
+    QItemSelection odd;
+    for (int i = 1; i < 100000; i += 2)
+        odd.select(list().model()->index(i, 0), list().model()->index(i, 0));
+    list().selectionModel()->select(odd, QItemSelectionModel::Select);
+    editor->mnuRemove();
+    ASSERT_EQ(main->List1.size(), 50000);
+    EXPECT_EQ(main->List1[1], QStringLiteral("/m/2.mp3"));
+    EXPECT_EQ(main->List1.last(), QStringLiteral("/m/99998.mp3"));
+    EXPECT_EQ(names().last(), QStringLiteral("99998.mp3"));
+    EXPECT_EQ(list().selectedRowList(), (QVector<int>{1}));
 }
 
 }  // namespace
