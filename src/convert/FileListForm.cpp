@@ -15,6 +15,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "app/FileNames.h"
 #include "app/Settings.h"
 #include "app/Utilities.h"
 #include "platform/dialogs/FileDialogs.h"
@@ -175,10 +176,10 @@ void FileListForm::Process_DROPFILES(const QStringList& names) {
             if (texts_.extensions.contains(tail)) addEntry(name);
         } else if (PathExists(name)) {
             // Only the folder's own files: sub-folders aren't entered.
-            const QDir folder(name);
-            const QStringList files =
-                folder.entryList(texts_.patterns, QDir::Files | QDir::Hidden | QDir::System,
-                                 QDir::Name | QDir::IgnoreCase);
+            QStringList files;
+            for (const QString& file : FilesInFolder(name))
+                if (QDir::match(texts_.patterns, file)) files << file;
+            files.sort(Qt::CaseInsensitive);
             for (const QString& file : files) addEntry(withSlash(name) + file);
         }
     }
