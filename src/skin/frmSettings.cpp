@@ -14,6 +14,9 @@
 #include "app/Runtime.h"
 #include "app/Settings.h"
 #include "app/Utilities.h"
+#include "cd/CDTrackListView.h"
+#include "platform/Components.h"
+#include "platform/cdreader/CDReader.h"
 #include "player/frmMain.h"
 #include "shell/BrowseForFolder.h"
 #include "shell/WindowHelpers.h"
@@ -21,6 +24,11 @@
 namespace cantovel {
 
 namespace {
+
+// Where the CD reader keeps its settings, shared with the CD windows and audio play.
+QString dacKey() {
+    return AppKey() + QStringLiteral("\\DAC");
+}
 
 int valueOf(const QCheckBox* box) {
     return box->isChecked() ? 1 : 0;
@@ -53,7 +61,9 @@ QLabel* sunkenLabel(QWidget* parent) {
 
 }  // namespace
 
-frmSettings::frmSettings() : Form(QStringLiteral("frmSettings"), nullptr, Qt::Dialog) {
+frmSettings::frmSettings()
+    : Form(QStringLiteral("frmSettings"), nullptr, Qt::Dialog),
+      CDReader(Components::create<cantovel::CDReader>()) {
     setWindowTitle(QStringLiteral("General Settings"));
     auto* layout = new QVBoxLayout(this);
 
@@ -112,11 +122,21 @@ void frmSettings::Form_Load() {
     const QString skin = ReadAppSetting(QStringLiteral("SkinPath"), QString());
     lblSkinPath->setText(skin.trimmed().isEmpty() ? QString::fromLatin1(DefaultSkin) : skin);
     Label2->setText(ReadAppSetting(QStringLiteral("Temp  Location"), systemTempPath()));
-    // The CD drives come from the CD reader; until it is there the list stays empty.
+    if (!CDReader) return;
+    CDReader->LoadRegistry(RegRoot::CurrentUser, dacKey());
+    for (const CDDevice& d : CDReader->Devices()) DevCombo->addItem(CDTrackListView::DriveText(d));
+    DevCombo->setCurrentIndex(CDReader->DeviceID());
+}
+
+frmSettings::~frmSettings() {
+    if (CDReader) CDReader->Close();
 }
 
 void frmSettings::DevCombo_Click() {
-    // The CD reader is closed, given the chosen device and opened again, when there is one.
+    if (!CDReader || DevCombo->currentIndex() < 0) return;
+    CDReader->Close();
+    CDReader->setDeviceID(DevCombo->currentIndex());
+    CDReader->Open();
 }
 
 void frmSettings::cmdSkinPath_Click() {
@@ -161,7 +181,8 @@ void frmSettings::Command1_Click() {
     const QString skin = lblSkinPath->text();
     SaveAppSetting(QStringLiteral("SkinPath"),
                    skin == QLatin1String(DefaultSkin) ? QString() : skin);
-    // 5. The CD reader saves its own settings, when there is one.
+    // 5.
+    if (CDReader) CDReader->SaveRegistry(RegRoot::CurrentUser, dacKey());
     // 6. A return to the default skin waits for the next start, or for "Default".
     if (main && !skin.isEmpty() && PathExists(skin)) main->LoadSkin(skin);
     // 7.

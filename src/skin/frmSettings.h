@@ -2,6 +2,8 @@
 // "General Settings": the values that belong to no one window: the skin, the folder for
 // temporary files, the CD drive for audio play, and four switches.
 
+#include <memory>
+
 #include "app/Form.h"
 
 class QCheckBox;
@@ -11,10 +13,13 @@ class QPushButton;
 
 namespace cantovel {
 
+class CDReader;
+
 class frmSettings : public Form {
     Q_OBJECT
   public:
     frmSettings();
+    ~frmSettings() override;
 
     QCheckBox* Check2;        // "&Save Cantovel's Position"
     QCheckBox* Check3;        // "Cantovel is Always On &Top"
@@ -28,6 +33,9 @@ class frmSettings : public Form {
     QPushButton* Command1;  // OK
     QPushButton* Command2;  // Default
     QPushButton* cmdCancel;
+    // Lists the drives and keeps the one for audio play in its own settings; null when no
+    // CD reader is provided.
+    std::unique_ptr<cantovel::CDReader> CDReader;
 
     void Form_Load();
     void DevCombo_Click();

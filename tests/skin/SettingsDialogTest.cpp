@@ -2,14 +2,20 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QImage>
 #include <QLabel>
 #include <QPushButton>
+#include <QTest>
 
 #include "app/Settings.h"
+#include "cd/frmCDPlayer.h"
+#include "platform/cdreader/CdioCDReader.h"
 #include "skin/ResPicture.h"
 #include "skin/frmSettings.h"
+#include "support/DiscImage.h"
+#include "support/ImageDrives.h"
 #include "support/MainWindowFixture.h"
 
 using namespace cantovel;
@@ -47,6 +53,40 @@ TEST_F(SettingsDialogTest, ShowsTheStoredValuesAndDefaults) {
     EXPECT_EQ(s.Check2->text(), QStringLiteral("&Save Cantovel's Position"));
     EXPECT_EQ(s.Command3->text(), QStringLiteral("&Browse..."));
     EXPECT_EQ(s.cmdSkinPath->text(), QStringLiteral("Bro&wse..."));
+}
+
+TEST_F(SettingsDialogTest, TheDriveListNamesTheDiscImagesAndTheChosenDriveIsSaved) {
+    auto drives = std::make_shared<ImageDrives>();
+    drives->add(DiscImage::buildSeconds(tempDir(), {20}, DiscImage::Data::None, "first").cuePath());
+    drives->add(
+        DiscImage::buildSeconds(tempDir(), {30}, DiscImage::Data::None, "second").cuePath());
+    Components::provideService<CdDrives>(drives);
+    Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
+    frmMain& m = load();
+    const QStringList both{"<D:>  first.cue", "<E:>  second.cue"};
+    const auto rows = [](const QComboBox* box) {
+        QStringList out;
+        for (int i = 0; i < box->count(); ++i) out << box->itemText(i);
+        return out;
+    };
+    // The Audio CD Control Panel and the dialog list the same drives.
+    EXPECT_EQ(rows(Forms::touch<frmCDPlayer>().DevCombo), both);
+
+    QTest::keyClick(&m, Qt::Key_F3, Qt::ShiftModifier);
+    frmSettings* s = Forms::find<frmSettings>();
+    ASSERT_TRUE(s);
+    EXPECT_EQ(rows(s->DevCombo), both);
+    EXPECT_EQ(s->DevCombo->currentIndex(), 0);
+    QTest::keyClick(s->DevCombo, Qt::Key_Down);
+    EXPECT_EQ(s->CDReader->DriveLetter(), "E");
+    EXPECT_TRUE(s->CDReader->DiscPresent());
+    s->Command1->click();
+    EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmSettings")));
+
+    QTest::keyClick(&m, Qt::Key_F3, Qt::ShiftModifier);
+    s = Forms::find<frmSettings>();
+    ASSERT_TRUE(s);
+    EXPECT_EQ(s->DevCombo->currentText(), "<E:>  second.cue");
 }
 
 TEST_F(SettingsDialogTest, OkStoresEverythingAndLoadsTheChosenSkin) {
