@@ -23,23 +23,17 @@ const char* const SkinErrorMessage =
     "An error occurred while attempting to load the specified skin.  Ensure that the image "
     "files exists and are present in the skin path and try again.";
 
-QPixmap readPicture(const QString& path) {
-    QPixmap p;
-    if (path.isEmpty() || !p.load(path)) return {};
-    return p;
-}
-
 }  // namespace
 
 bool frmMain::LoadPic(SkinControl& Target, const QString& Path) {
-    const QPixmap p = readPicture(Path);
+    const QPixmap p = ReadSkinPicture(Path);
     if (p.isNull()) return false;
     Target.setPicture(p);
     return true;
 }
 
 bool frmMain::LoadPic(PictureClip& Target, const QString& Path) {
-    const QPixmap p = readPicture(Path);
+    const QPixmap p = ReadSkinPicture(Path);
     if (p.isNull()) return false;
     Target.setPicture(p);
     return true;

@@ -34,8 +34,8 @@ void setListColours(PlaylistListBox& list, const QColor& back, const QColor& tex
 }  // namespace
 
 bool frmPlaylist::LoadPic(PictureClip& Target, const QString& Path) {
-    QPixmap p;
-    if (Path.isEmpty() || !p.load(Path)) return false;
+    const QPixmap p = ReadSkinPicture(Path);
+    if (p.isNull()) return false;
     Target.setPicture(p);
     return true;
 }

@@ -2,9 +2,11 @@
 // messages of a broken or vanished skin.
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QPainter>
+#include <QPushButton>
 
 #include "app/Settings.h"
 #include "skin/ColorFromHex.h"
@@ -207,6 +209,39 @@ TEST_F(SkinTest, ADoubleSizeDigitsStripGivesDoubleCellsAnUnreadableOneNothing) {
     // The digits strip held the face for a moment; it gets its built-in picture back.
     EXPECT_EQ(picture(m.clpDigits.Picture()), res(103));
     EXPECT_EQ(picture(m.Picture), solid(QSize(300, 175), Qt::darkBlue));
+}
+
+TEST_F(SkinTest, BitmapsCutShortArePassedOverAndTheBuiltInOnesStay) {
+    frmMain& m = load();
+    const QString dir = skinDir();
+    const auto bmp = [](QSize size, QColor color) {
+        QImage img(size, QImage::Format_RGB32);
+        img.fill(color);
+        QByteArray data;
+        QBuffer buffer(&data);
+        buffer.open(QIODevice::WriteOnly);
+        img.save(&buffer, "BMP");
+        return data;
+    };
+    const auto put = [&](const char* name, const QByteArray& data) {
+        QFile f(dir + u'/' + QLatin1String(name));
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(data);
+    };
+    const QByteArray back = bmp(QSize(300, 175), Qt::darkBlue);
+    put("back.bmp", back.left(back.size() / 2));               // the pixels stop half way
+    put("digits.bmp", bmp(QSize(100, 16), Qt::red).left(54));  // the header alone
+    put("eq.bmp", bmp(QSize(161, 7), Qt::green));              // whole
+
+    // Chosen in the settings, as a user does.
+    Forms::touch<frmSettings>();
+    dialogs->scriptFolder(dir);
+    Forms::find<frmSettings>()->cmdSkinPath->click();
+    Forms::find<frmSettings>()->Command1->click();
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(picture(m.Picture), res(101));
+    EXPECT_EQ(picture(m.clpDigits.Picture()), res(103));
+    EXPECT_EQ(picture(m.imgEQ.picture), solid(QSize(161, 7), Qt::green));
 }
 
 // ---- The pieces -------------------------------------------------------------------------
