@@ -253,12 +253,12 @@ qint16 CdBase::Getlscat() {
 qint16 CdBase::listRequest(QString (CdBase::*send)(), QString (CdBase::*parse)(const QString&),
                            const qint16& rows) {
     QPointer<CdBase> self(this);
-    if (!ConnectToServer() || !self) return 0;
     qint16 count = 0;
-    if (SendHello() && self) {
+    // Whatever happened on the way, a connection still up gets its quit: also one a
+    // failed connection step found already open.
+    if (ConnectToServer() && self && SendHello() && self) {
         const QString answer = (this->*send)();
-        if (!self) return 0;
-        if ((this->*parse)(answer).startsWith(QLatin1String("210"))) count = rows;
+        if (self && (this->*parse)(answer).startsWith(QLatin1String("210"))) count = rows;
     }
     if (self) SendQuit();
     return count;
@@ -266,15 +266,13 @@ qint16 CdBase::listRequest(QString (CdBase::*send)(), QString (CdBase::*parse)(c
 
 QString CdBase::GetMotd() {
     QPointer<CdBase> self(this);
-    if (!ConnectToServer() || !self) return QStringLiteral("Error");
-    if (!SendHello() || !self) {
-        if (self) SendQuit();
-        return QStringLiteral("Error");
+    QString result = QStringLiteral("Error");
+    if (ConnectToServer() && self && SendHello() && self) {
+        const QString answer = SendMotdRequest();
+        result.clear();
+        // Asked twice, and the second answer kept: so it has always been.
+        if (self && answer.startsWith(QLatin1String("210"))) result = SendMotdRequest();
     }
-    QString answer = SendMotdRequest();
-    QString result;
-    // Asked twice, and the second answer kept: so it has always been.
-    if (self && answer.startsWith(QLatin1String("210"))) result = SendMotdRequest();
     if (self) SendQuit();
     return result;
 }

@@ -7,16 +7,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QPlainTextEdit>
 #include <QPointer>
-#include <QScrollBar>
-#include <QTextDocument>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <limits>
 
 #include "app/Runtime.h"
 #include "cd/CdBase_Code.h"
+#include "cd/TrafficLog.h"
 #include "cd/frmCDDBSites.h"
 #include "platform/clock/Clock.h"
 #include "platform/msgbox/MsgBox.h"
@@ -92,9 +90,7 @@ frmCDDBMain::frmCDDBMain() : Form(QStringLiteral("frmCDDBMain")) {
     layout->addLayout(grid);
 
     layout->addWidget(new QLabel(QStringLiteral("Server Communcation Log"), this));
-    Text2 = new QPlainTextEdit(this);
-    Text2->setReadOnly(true);
-    Text2->setLineWrapMode(QPlainTextEdit::NoWrap);
+    Text2 = new TrafficLog(this);
     layout->addWidget(Text2, 1);
     resize(640, 560);
 
@@ -299,18 +295,7 @@ void frmCDDBMain::lvwSongList_DblClick() {
 
 void frmCDDBMain::CdBase1_DataSent(const QString& text) {
     if (!mnuLog->isChecked()) return;
-    // The log holds the latest 16K characters, as a classic text box held little: a server that
-    // sends megabytes must not stall the window laying them out.
-    constexpr int kLogLimit = 16384;
-    Text2->moveCursor(QTextCursor::End);
-    Text2->insertPlainText(text.size() > kLogLimit ? text.right(kLogLimit) : text);
-    QTextDocument* doc = Text2->document();
-    if (doc->characterCount() > kLogLimit) {
-        QTextCursor cut(doc);
-        cut.setPosition(doc->characterCount() - 1 - kLogLimit, QTextCursor::KeepAnchor);
-        cut.removeSelectedText();
-    }
-    Text2->moveCursor(QTextCursor::End);
+    Text2->append(text);
 }
 
 }  // namespace cantovel

@@ -13,12 +13,13 @@
 
 class QLineEdit;
 class QMenuBar;
-class QPlainTextEdit;
 class QTreeWidget;
 class QLabel;
 class QGridLayout;
 
 namespace cantovel {
+
+class TrafficLog;
 
 class frmCDDBMain : public Form {
     Q_OBJECT
@@ -31,7 +32,7 @@ class frmCDDBMain : public Form {
     QTreeWidget* lvwSongList;
     QLineEdit *txtRevision, *txtPlayOrder, *txtExtd, *txtCdTitle, *txtArtist, *txtTitle,
         *txtCategory;
-    QPlainTextEdit* Text2;
+    TrafficLog* Text2;
     QLabel* lblSongList;
     Timer Timer1{250};
 

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QListWidget>
 #include <QTimer>
+#include <functional>
 
 #include "app/Forms.h"
 #include "cd/CdBase_Code.h"
@@ -261,6 +262,18 @@ TEST_F(CddbClientRealTimeTest, SitesCategoriesAndTheMessageOfTheDay) {
 
     server->on("sites", "401 No site information available.\r\n.\r\n");
     EXPECT_EQ(cd->GetSites(), 0);
+    settle();
+
+    // Found connected already (a connection cddbSend left open), both still end with a quit.
+    for (const auto& ask : {std::function<void()>([&] { EXPECT_EQ(cd->GetSites(), 0); }),
+                            std::function<void()>([&] { EXPECT_EQ(cd->GetMotd(), "Error"); })}) {
+        cd->cddbSend("");
+        ASSERT_EQ(cd->Winsock1.State(), Winsock::sckConnected);
+        server->received.clear();
+        ask();
+        settle();
+        EXPECT_EQ(server->received, QStringList{"quit"});
+    }
 }
 
 TEST_F(CddbClientRealTimeTest, AnswerCodesThatShowABox) {

@@ -2,13 +2,19 @@
 
 #include <QLineEdit>
 #include <QMenu>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QTreeWidget>
+#include "cd/TrafficLog.h"
 
 #include "app/Forms.h"
 #include "cd/frmCDDBMain.h"
+#include "platform/cddrives/CdDrives.h"
+#include "platform/clock/QtClock.h"
+#include "platform/mci/CdioMciDevice.h"
 #include "support/CdBaseFixture.h"
+#include "support/DiscImage.h"
+#include "support/ImageDrives.h"
+#include "support/LoopbackCddbServer.h"
 
 namespace cantovel::test {
 namespace {
@@ -95,14 +101,25 @@ TEST_F(CddbWindowsTest, TheLogKeepsOnlyWhatPassedWhileItWasOn) {
     EXPECT_EQ(window->Text2->toPlainText(), "");
 }
 
-TEST_F(CddbWindowsTest, TheLogKeepsItsLatestSixteenThousandCharacters) {
-    const QString flood = QString(100000, 'A') + "end";
-    emit window->CdBase1.DataSent(flood, int(flood.size()));
-    emit window->CdBase1.DataSent("\r\nmore", 6);
+TEST_F(CddbWindowsTest, TheLogKeepsAllOfATenMegabyteAnswer) {
+    Components::provideService<Clock>(std::make_shared<QtClock>());
+    LoopbackCddbServer server;
+    server.on("cddb hello", "200 Hello and welcome.\r\n");
+    server.on("cddb query", "200 rock 0e021a03 x\r\n");
+    QByteArray huge = "210 rock 0e021a03 follows\r\nDTITLE=";
+    huge += QByteArray(10 * 1024 * 1024, 'A');
+    huge += "\r\n.\r\n";
+    server.on("cddb read", huge);
+    window->CdBase1.Server = "127.0.0.1";
+    window->CdBase1.Port = qint16(server.port());
+    window->mnuAccessCddb->trigger();
+    Clock::get().wait(150);  // the quit goes out
     const QString log = window->Text2->toPlainText();
-    EXPECT_LE(log.size(), 16384);
-    EXPECT_GT(log.size(), 16000);
-    EXPECT_TRUE(log.endsWith("Aend\nmore"));
+    EXPECT_GT(log.size(), 10 * 1024 * 1024);
+    EXPECT_TRUE(log.startsWith("Connecting to: 127.0.0.1"));
+    EXPECT_TRUE(log.contains("DTITLE=AAAA"));
+    EXPECT_TRUE(log.contains(QString(10 * 1024 * 1024, 'A')));
+    EXPECT_TRUE(log.contains(".\r\nquit\r\n")) << log.right(80).toStdString();
 }
 
 TEST_F(CddbWindowsTest, TheBoxesWriteTheirPropertiesOnEveryChange) {
@@ -151,6 +168,35 @@ TEST_F(CddbWindowsTest, ADoubleClickPlaysTheSelectedLine) {
     window->lvwSongList_DblClick();
     EXPECT_EQ(mci->from, 15010);
     EXPECT_EQ(mci->to, 27755);
+}
+
+// The window on the real CD audio device, a disc image in the drive.
+class CddbOnAnImageTest : public AppTest {};
+
+TEST_F(CddbOnAnImageTest, OpenAfterEjectTakesTheDiscInAgain) {
+    auto drives = std::make_shared<ImageDrives>();
+    drives->add(DiscImage::buildSeconds(tempDir(), {20, 30}).cuePath());
+    Components::provideService<CdDrives>(drives);
+    Components::provideFactory<MciDevice>([] { return std::make_unique<CdioMciDevice>(); });
+    QPointer<frmCDDBMain> window = new frmCDDBMain;
+    QStringList words;
+    QObject::connect(&window->CdBase1, &CdBase::ModeChange,
+                     [&](const QString& word) { words << word; });
+    window->mnudiscId->trigger();
+    const QStringList id = msgBox().texts();
+    ASSERT_EQ(id.size(), 1);
+    ASSERT_NE(id[0], "Disc ID:  ");
+
+    window->mnuEject->trigger();
+    clock().advance(600);
+    EXPECT_EQ(words.value(words.size() - 1), "Tray is out");
+    window->mnuOpen->trigger();
+    clock().advance(600);
+    EXPECT_EQ(words.value(words.size() - 1), "Device is stopped");
+    msgBox().reset();
+    window->mnudiscId->trigger();
+    EXPECT_EQ(msgBox().texts(), id);
+    window->unload();
 }
 
 }  // namespace

@@ -60,7 +60,11 @@ void CdioMciDevice::setCommand(const QString& word) {
 }
 
 void CdioMciDevice::open() {
-    if (open_) return;
+    // Asked to open while its tray is out, a drive takes the disc in again and reads it.
+    if (open_) {
+        if (trayOut_) loadDisc();
+        return;
+    }
     opened_ = device_;
     if (opened_.isEmpty() && Components::hasService<CdDrives>()) {
         const QList<CdDrive> drives = CdDrives::get().Drives();
@@ -68,6 +72,14 @@ void CdioMciDevice::open() {
     }
     if (opened_.isEmpty()) return;
     open_ = true;
+    loadDisc();
+}
+
+void CdioMciDevice::loadDisc() {
+    if (trayOut_ && !QFileInfo(opened_).isFile()) {
+        driver_id_t driver = DRIVER_DEVICE;
+        cdio_close_tray(opened_.toLocal8Bit().constData(), &driver);
+    }
     trayOut_ = false;
     readToc();
     position_ = starts_.isEmpty() ? 0 : starts_.first();

@@ -40,6 +40,8 @@ class CdioMciDevice : public MciDevice {
 
   private:
     void open();
+    // Closes the tray if it is out, and reads the disc's table of contents.
+    void loadDisc();
     void close();
     bool readToc();
     void play();
