@@ -19,29 +19,30 @@ bool docked(frmMain*& main, frmPlaylist*& list, int& setting) {
 
 }  // namespace
 
+QPoint PlaylistPlaceBesideMain(int setting) {
+    const frmMain* main = frmMain::instance();
+    const frmPlaylist* list = frmPlaylist::instance();
+    if (!main) return {};
+    const QRect m = main->frameGeometry();
+    switch (setting) {
+        case 1:
+            // The main window's height stands where the editor's would fit.
+            return {m.left(), m.top() - m.height()};
+        case 2:
+            return {m.left() - (list ? list->frameGeometry().width() : m.width()), m.top()};
+        case 3:
+            return {m.left() + m.width(), m.top()};
+        default:
+            return {m.left(), m.top() + m.height()};
+    }
+}
+
 void MovePlaylistToMain() {
     frmMain* main;
     frmPlaylist* list;
     int setting;
-    if (!docked(main, list, setting)) return;
-    const QRect m = main->frameGeometry();
-    switch (setting) {
-        case 0:
-            list->move(m.left(), m.top() + m.height());
-            break;
-        case 1:
-            // The main window's height stands where the editor's would fit.
-            list->move(m.left(), m.top() - m.height());
-            break;
-        case 2:
-            list->move(m.left() - list->frameGeometry().width(), m.top());
-            break;
-        case 3:
-            list->move(m.left() + m.width(), m.top());
-            break;
-        default:
-            break;
-    }
+    if (!docked(main, list, setting) || setting > 3) return;
+    list->move(PlaylistPlaceBesideMain(setting));
 }
 
 void MoveMainToPlaylist() {

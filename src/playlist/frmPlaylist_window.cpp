@@ -81,7 +81,9 @@ void frmPlaylist::Form_Load() {
     setFixedSize(300, 175);
     layOut();
 
-    // 3. The stored place, the present one by default.
+    // 3. The stored place. Until one is stored, the editor stands where docking puts it,
+    // so the main window does not move to meet a window that was never placed.
+    move(PlaylistPlaceBesideMain(PlaylistSettings::dockSetting()));
     const double tpp = TwipsPerPixel(this);
     const double top = Val(
         ReadAppSetting(QStringLiteral("Playlist Window Top"), QString::number(qRound(y() * tpp))));

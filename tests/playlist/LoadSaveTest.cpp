@@ -2,7 +2,14 @@
 // guard an unsaved list.
 #include <gtest/gtest.h>
 
+#include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+
 #include "PlaylistTest.h"
+#include "platform/dialogs/QtFileDialogs.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -67,6 +74,35 @@ TEST_F(LoadSaveTest, SavedThenLoadedListComesBackAndCountsAsUnsaved) {
     msgBox().script({Mb::No});
     EXPECT_TRUE(editor->unload());
     EXPECT_EQ(frmPlaylist::instance(), nullptr);
+}
+
+TEST_F(LoadSaveTest, ANameTypedWithoutExtensionTakesTheChosenType) {
+    Components::provideService<FileDialogs>(std::make_shared<QtFileDialogs>());
+    const QStringList s = songs(2);
+    rows(s);
+    // In the save dialog the user picks "Winamp Playlist" and types a bare name.
+    bool typed = false;
+    QTimer poll;
+    poll.start(20);
+    QObject::connect(&poll, &QTimer::timeout, [&] {
+        auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        if (!dialog || !dialog->isVisible()) return;
+        poll.stop();
+        auto* type = dialog->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+        auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        if (!type || !name) return dialog->reject();
+        QTest::keyClick(type, Qt::Key_Down);
+        EXPECT_EQ(type->currentText(), QStringLiteral("Winamp Playlist (*.m3u)"));
+        dialog->setDirectory(tempDir());
+        QTest::keyClicks(name, QStringLiteral("mine"));
+        typed = true;
+        QTest::keyClick(name, Qt::Key_Return);
+        if (dialog->isVisible()) dialog->reject();
+    });
+    QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier);
+    ASSERT_TRUE(typed);
+    EXPECT_EQ(bytes(tempDir() + "/mine.m3u"), (s.join("\r\n") + "\r\n").toLocal8Bit());
+    EXPECT_FALSE(QFile::exists(tempDir() + "/mine.ply"));
 }
 
 TEST_F(LoadSaveTest, ThreeMissingLinesLoadAsThreeRowsOfThePlaylistsOwnName) {

@@ -4,8 +4,10 @@
 #include <QDir>
 #include <QPalette>
 #include <QScreen>
+#include <QTest>
 
 #include "PlaylistTest.h"
+#include "app/Settings.h"
 #include "playlist/PlaylistDocking.h"
 #include "skin/ColorFromHex.h"
 
@@ -72,6 +74,19 @@ TEST_F(WindowTest, DockedWindowsFollowEachOtherOnEverySide) {
         MoveMainToPlaylist();
         EXPECT_EQ(main->pos(), side.mainAt + QPoint(30, 20)) << "setting " << side.setting;
     }
+}
+
+TEST_F(WindowTest, TheFirstOpeningPutsTheEditorBelowAndLeavesTheMainWindowWhereItIs) {
+    ASSERT_TRUE(editor->unload());
+    // As before the editor was ever opened: no place stored.
+    for (const char* name : {"Playlist Window Top", "Playlist Window Left"})
+        DeleteRegValue(RegRoot::CurrentUser, SettingsKey(), QLatin1String(name));
+    main->move(300, 200);
+    QTest::keyClick(main, Qt::Key_E, Qt::ControlModifier);
+    editor = frmPlaylist::instance();
+    ASSERT_TRUE(editor);
+    EXPECT_EQ(main->pos(), QPoint(300, 200));
+    EXPECT_EQ(editor->pos(), QPoint(300, 375));
 }
 
 TEST_F(WindowTest, ChangingTheSettingCentresTheMainWindow) {

@@ -3,8 +3,23 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QRegularExpression>
+#include <optional>
 
 namespace cantovel {
+
+namespace {
+
+// The extension of a filter's first pattern: "Winamp Playlist (*.m3u)" gives "m3u"; none
+// for a pattern that names no one extension.
+std::optional<QString> filterExtension(const QString& filter) {
+    static const QRegularExpression first(QStringLiteral("\\(\\*\\.([^*?\\[\\] ;)]+)[ ;)]"));
+    const QRegularExpressionMatch m = first.match(filter);
+    if (!m.hasMatch()) return std::nullopt;
+    return m.captured(1);
+}
+
+}  // namespace
 
 void QtFileDialogs::prepare(QFileDialog& dialog, const FileDialogRequest& request) const {
     if (!request.title.isEmpty()) dialog.setWindowTitle(request.title);
@@ -22,6 +37,12 @@ void QtFileDialogs::prepare(QFileDialog& dialog, const FileDialogRequest& reques
         QString ext = request.defaultExt;
         if (ext.startsWith(QLatin1Char('.'))) ext.remove(0, 1);
         dialog.setDefaultSuffix(ext);
+        // A name typed without an extension takes that of the type chosen in the dialog,
+        // the default one only while the type has none of its own ("*.*").
+        QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                         [&dialog, ext](const QString& filter) {
+                             dialog.setDefaultSuffix(filterExtension(filter).value_or(ext));
+                         });
     }
     addPlaces(dialog);
     if (!request.fileName.isEmpty()) dialog.selectFile(request.fileName);
