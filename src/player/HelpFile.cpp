@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <exception>
 
 #include "app/Utilities.h"
 #include "platform/msgbox/MsgBox.h"
@@ -15,6 +16,10 @@ const char* const HelpMissingMessage =
     "The Cantovel Help compoents seems to have been deleted, moved, or renamed; please "
     "reinstall Cantovel or replace the help components otherwise in order to use the help "
     "system.";
+
+const char* const HelpFailedMessage =
+    "An error has occured while attempting to access the Cantovel help system.  It is "
+    "recommdended that you reinstall Brightfen Cantovel in order to correct this condition.";
 
 // "Convert WAV to MP3" -> "convert-wav-to-mp3"
 QString slug(const QString& topic) {
@@ -34,7 +39,14 @@ void openPage(const QString& path) {
         MsgBoxShow(QString::fromLatin1(HelpMissingMessage), Mb::Exclamation);
         return;
     }
-    const int result = Shell::get().open(path);
+    int result = 0;
+    try {
+        result = Shell::get().open(path);
+    } catch (const std::exception&) {
+        // No desktop to hand the page to at all.
+        MsgBoxShow(QString::fromLatin1(HelpFailedMessage), Mb::Exclamation);
+        return;
+    }
     if (result <= 32)
         MsgBoxShow(QStringLiteral("An error occurred attempting to open the '") + path +
                        QStringLiteral("' file (ShellExecute API code ") + QString::number(result) +

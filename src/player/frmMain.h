@@ -283,7 +283,8 @@ class frmMain : public Form, public PlayerState {
     // ---- Transport ----
     bool thumbAtRightEnd() const;
     void rewindAtRightEnd();
-    void deleteCurrentFile();
+    // False when the Trash refused the file, which then stays loaded.
+    bool deleteCurrentFile();
 
     // ---- Private session state ----
     qint64 cdWaitStart_ = 0;            // when the last CD wait began

@@ -250,8 +250,9 @@ void frmMain::mnuDelete() {
     const int answer = MsgBoxShow(
         QStringLiteral("Are you sure you want to delete:  ") + CurrentFile + QStringLiteral("?"),
         Mb::YesNo | Mb::Question);
-    if (answer == Mb::Yes)
-        deleteCurrentFile();
+    // A file the Trash refused is still there and still loaded; once said is enough.
+    if (answer == Mb::Yes && !deleteCurrentFile())
+        return;
     else if (answer == Mb::No)
         deleteDeclined_ = true;
     // The removal runs once more whatever the answer: after Yes it finds no file, after
@@ -260,7 +261,7 @@ void frmMain::mnuDelete() {
     deleteCurrentFile();
 }
 
-void frmMain::deleteCurrentFile() {
+bool frmMain::deleteCurrentFile() {
     if (MediaPlayer* mp = frmTemp::get().MP.get()) {
         mp->Stop();
         mp->setFileName(QString());
@@ -268,11 +269,18 @@ void frmMain::deleteCurrentFile() {
     if (FileExists(CurrentFile)) {
         // A read-only file goes too.
         QFile::setPermissions(CurrentFile, QFile::permissions(CurrentFile) | QFile::WriteOwner);
-        Shell::get().moveToTrash(CurrentFile);
+        if (!Shell::get().moveToTrash(CurrentFile)) {
+            MsgBoxShow(QStringLiteral("The file '") + CurrentFile +
+                           QStringLiteral("' could not be moved to the Trash, so it was not "
+                                          "deleted."),
+                       Mb::Exclamation | Mb::SetForeground);
+            return false;
+        }
     }
     frmTemp::get().mnuPlay->setText(QStringLiteral("&Open..."));
     Title(QString());
     CurrentFile.clear();
+    return true;
 }
 
 }  // namespace cantovel

@@ -34,20 +34,32 @@ void CShellExecute::launch(const char* member, const QString& program, const QSt
         qint64 pid = 0;
         result =
             Shell::get().start(program, QProcess::splitCommand(parameters), workingFolder, &pid);
-        if (result > 32 && pid > 0) {
-            hasProcess_ = 1;
-            processHandle_ = pid;
-        }
+        follow(result, pid);
     });
+}
+
+void CShellExecute::follow(long result, qint64 pid) {
+    if (result > 32 && pid > 0) {
+        hasProcess_ = 1;
+        processHandle_ = pid;
+    }
 }
 
 void CShellExecute::Explore(QWidget*, const QString& folder, int, long& result) {
     open("Explore", folder, result);
 }
 
-void CShellExecute::LaunchDocument(QWidget*, const QString& file, const QString& parameters, int,
+// A document opens in its handler, even one with the execute bit (every file on FAT, NTFS
+// and SMB mounts has it); the handler takes no parameters from us.
+void CShellExecute::LaunchDocument(QWidget*, const QString& file, const QString&, int,
                                    long& result) {
-    launch("LaunchDocument", file, parameters, {}, result);
+    result = 0;
+    forgetProcess();
+    MemberError::guard("LaunchDocument", [&] {
+        qint64 pid = 0;
+        result = Shell::get().openDocument(file, &pid);
+        follow(result, pid);
+    });
 }
 
 void CShellExecute::LaunchEmail(QWidget*, const QString& address, int, long& result) {

@@ -34,6 +34,7 @@ class CShellExecute {
 
   private:
     void forgetProcess();
+    void follow(long result, qint64 pid);
     void launch(const char* member, const QString& program, const QString& parameters,
                 const QString& workingFolder, long& result);
     void open(const char* member, const QString& target, long& result);

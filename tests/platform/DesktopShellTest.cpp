@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <QDeadlineTimer>
-#include <QDesktopServices>
 #include <QDir>
 #include <QDomDocument>
 #include <QFile>
@@ -20,15 +19,8 @@ using namespace cantovel;
 
 namespace {
 
-// Stands in for the desktop's handlers, so no real program is started.
-class UrlRecorder : public QObject {
-    Q_OBJECT
-  public:
-    QList<QUrl> urls;
-  public slots:
-    void openUrl(const QUrl& url) { urls << url; }
-};
-
+// Stands in for the desktop's opener on the PATH: it notes what it was given, one line
+// each, and ends with the status the test asks for (XDG_OPEN_STATUS).
 class DesktopShellTest : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -38,12 +30,17 @@ class DesktopShellTest : public ::testing::Test {
         QDir().mkpath(home);
         env.set("HOME", home);
         env.set("XDG_DATA_HOME", data);
-        for (const char* scheme : {"file", "mailto", "http", "https"})
-            QDesktopServices::setUrlHandler(scheme, &recorder, "openUrl");
-    }
-    void TearDown() override {
-        for (const char* scheme : {"file", "mailto", "http", "https"})
-            QDesktopServices::unsetUrlHandler(scheme);
+        const QString bin = dir.filePath("bin");
+        QDir().mkpath(bin);
+        QFile opener(bin + "/xdg-open");
+        ASSERT_TRUE(opener.open(QIODevice::WriteOnly));
+        opener.write(
+            "#!/bin/sh\nprintf '%s\\n' \"$1\" >> \"$XDG_OPEN_RECORD\"\n"
+            "exit ${XDG_OPEN_STATUS:-0}\n");
+        opener.close();
+        opener.setPermissions(opener.permissions() | QFile::ExeOwner);
+        env.set("PATH", bin + ":" + qgetenv("PATH"));
+        env.set("XDG_OPEN_RECORD", dir.filePath("opened"));
     }
     QString makeFile(const QString& name, const QByteArray& content = "x") {
         const QString path = QDir(home).filePath(name);
@@ -52,11 +49,16 @@ class DesktopShellTest : public ::testing::Test {
         f.write(content);
         return path;
     }
+    // What the opener was given, in order.
+    QStringList opened() {
+        QFile f(dir.filePath("opened"));
+        if (!f.open(QIODevice::ReadOnly)) return {};
+        return QString::fromLocal8Bit(f.readAll()).split('\n', Qt::SkipEmptyParts);
+    }
 
     QTemporaryDir dir;
     QString home, data;
     test::ScopedEnv env;
-    UrlRecorder recorder;
     DesktopShell shell;
 };
 
@@ -79,16 +81,19 @@ QDomDocument readList() {
 
 }  // namespace
 
-TEST_F(DesktopShellTest, OpenHandsFilesAsFileUrlsAndAddressesAsTheyAre) {
+TEST_F(DesktopShellTest, TheOpenerGetsFilesAndAddressesAndItsVerdictIsTheResult) {
     const QString song = makeFile("my song.mp3");
     EXPECT_EQ(shell.open(song), 42);
     EXPECT_EQ(shell.open("mailto:"), 42);
     EXPECT_EQ(shell.open("http://example.org/a?b=c"), 42);
-    ASSERT_EQ(recorder.urls.size(), 3);
-    EXPECT_EQ(recorder.urls[0], QUrl::fromLocalFile(song));
-    EXPECT_EQ(recorder.urls[1].scheme(), "mailto");
-    EXPECT_EQ(recorder.urls[1].toString(), "mailto:");
-    EXPECT_EQ(recorder.urls[2].toString(), "http://example.org/a?b=c");
+    EXPECT_EQ(opened(), (QStringList{song, "mailto:", "http://example.org/a?b=c"}));
+
+    // An opener that finds no handler says so at once, and so does the result.
+    env.set("XDG_OPEN_STATUS", QByteArray("3"));
+    EXPECT_EQ(shell.open(song), 31);
+    EXPECT_EQ(shell.open("http://example.org"), 31);
+    env.set("XDG_OPEN_STATUS", QByteArray("2"));
+    EXPECT_EQ(shell.open("http://example.org"), 2);
 }
 
 TEST_F(DesktopShellTest, MissingTargetsGiveTheClassicCodes) {
@@ -99,7 +104,18 @@ TEST_F(DesktopShellTest, MissingTargetsGiveTheClassicCodes) {
     EXPECT_EQ(shell.start("no-such-program-cantovel", {}, {}, nullptr), 2);
     EXPECT_EQ(shell.start("/bin/sh", {}, QDir(home).filePath("nodir"), nullptr), 3);
     EXPECT_EQ(shell.print(QDir(home).filePath("nodir/a.txt")), 3);
-    EXPECT_TRUE(recorder.urls.isEmpty());
+    EXPECT_TRUE(opened().isEmpty());
+}
+
+TEST_F(DesktopShellTest, ADocumentWithTheExecuteBitOpensInItsHandlerAndIsNeverRun) {
+    const QString ran = dir.filePath("ran");
+    const QString doc = makeFile("notes.txt", "#!/bin/sh\ntouch " + ran.toLocal8Bit() + "\n");
+    QFile::setPermissions(doc, QFile::permissions(doc) | QFile::ExeOwner);
+    qint64 pid = 0;
+    EXPECT_EQ(shell.openDocument(doc, &pid), 42);
+    EXPECT_GT(pid, 0);  // the opener's, to follow
+    EXPECT_EQ(opened(), QStringList{doc});
+    EXPECT_FALSE(QFile::exists(ran));
 }
 
 TEST_F(DesktopShellTest, StartedProgramIsFollowedUntilItEndsAndAZombieIsNotRunning) {
@@ -217,5 +233,3 @@ TEST_F(DesktopShellTest, NoUsableTrashLeavesTheFileInPlace) {
     EXPECT_TRUE(QFile::exists(song));
     EXPECT_TRUE(QDir(work).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
-
-#include "DesktopShellTest.moc"

@@ -68,7 +68,10 @@ TEST_F(ShellExecuteTest, ProgramLaunchIsFollowedUntilItEnds) {
     se.StillExecuting(running);
     EXPECT_FALSE(running);
 
+    // A document goes to its handler, never run as a program.
     se.LaunchDocument(nullptr, "/music/list.ply", "", 1, result);
+    EXPECT_EQ(shell->opened, QStringList{"/music/list.ply"});
+    EXPECT_EQ(shell->started.size(), 1);
     se.StillExecuting(running);
     EXPECT_TRUE(running);
 }

@@ -7,6 +7,17 @@ int FakeShell::open(const QString& target) {
     return openResult;
 }
 
+int FakeShell::openDocument(const QString& path, qint64* pid) {
+    opened << path;
+    qint64 started = 0;
+    if (openResult > 32) {
+        started = nextPid++;
+        running_.insert(started);
+    }
+    if (pid) *pid = started;
+    return openResult;
+}
+
 int FakeShell::start(const QString& program, const QStringList& arguments,
                      const QString& workingFolder, qint64* pid) {
     StartedProgram p{program, arguments, workingFolder, 0};

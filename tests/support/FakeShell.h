@@ -18,6 +18,8 @@ struct StartedProgram {
 class FakeShell : public Shell {
   public:
     int open(const QString& target) override;
+    // Recorded among `opened`; the opener runs (a pid from `nextPid`) until `finish`.
+    int openDocument(const QString& path, qint64* pid) override;
     int start(const QString& program, const QStringList& arguments, const QString& workingFolder,
               qint64* pid) override;
     bool isRunning(qint64 pid) override;

@@ -2,8 +2,9 @@
 
 #include <signal.h>
 
+#include <QCoreApplication>
 #include <QDateTime>
-#include <QDesktopServices>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QDomDocument>
 #include <QFile>
@@ -53,25 +54,62 @@ bool startDetached(const QString& program, const QStringList& arguments,
     return ok;
 }
 
+// Hands a target to the desktop's opener and waits, events running, for its verdict: it
+// ends with a non-zero status when nothing can show the target. One still running after
+// the grace time has found the handler and waits on it. `pid` gets the opener's process.
+int runOpener(const QString& target, const QString& workingFolder, qint64* pid) {
+    if (pid) *pid = 0;
+    const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    if (opener.isEmpty()) return NoAssociation;
+    auto* process = new QProcess;
+    process->setProgram(opener);
+    process->setArguments({target});
+    if (!workingFolder.isEmpty()) process->setWorkingDirectory(workingFolder);
+    process->setStandardInputFile(QProcess::nullDevice());
+    process->setProcessChannelMode(QProcess::ForwardedChannels);
+    process->start();
+    if (!process->waitForStarted()) {
+        delete process;
+        return NoAssociation;
+    }
+    if (pid) *pid = process->processId();
+    const QDeadlineTimer verdict(DesktopShell::OpenerVerdictMs);
+    while (process->state() != QProcess::NotRunning && !verdict.hasExpired()) {
+        process->waitForFinished(20);
+        QCoreApplication::processEvents();
+    }
+    if (process->state() != QProcess::NotRunning) {
+        QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+        return Success;
+    }
+    const int status = process->exitStatus() == QProcess::NormalExit ? process->exitCode() : -1;
+    delete process;
+    // xdg-open: 0 done, 2 a file that is not there, 1 3 4 no way to open it.
+    if (status == 0) return Success;
+    return status == 2 ? FileNotFound : NoAssociation;
+}
+
 }  // namespace
 
 int DesktopShell::open(const QString& target) {
     const QString t = target.trimmed();
     if (t.isEmpty()) return FileNotFound;
-    QUrl url;
     const QFileInfo file(t);
     // A name that is on disk is a file even when it looks like "scheme:rest".
     static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]+:"));
-    if (file.exists() || !scheme.match(t).hasMatch()) {
-        if (int code = checkLocal(file)) return code;
-        url = QUrl::fromLocalFile(file.absoluteFilePath());
-    } else {
-        url = QUrl(t, QUrl::TolerantMode);
-        if (!url.isValid()) return FileNotFound;
-        if (url.isLocalFile())
-            if (int code = checkLocal(QFileInfo(url.toLocalFile()))) return code;
-    }
-    return QDesktopServices::openUrl(url) ? Success : NoAssociation;
+    if (file.exists() || !scheme.match(t).hasMatch()) return openDocument(t, nullptr);
+    const QUrl url(t, QUrl::TolerantMode);
+    if (!url.isValid()) return FileNotFound;
+    if (url.isLocalFile()) return openDocument(url.toLocalFile(), nullptr);
+    return runOpener(url.toString(QUrl::FullyEncoded), {}, nullptr);
+}
+
+int DesktopShell::openDocument(const QString& path, qint64* pid) {
+    if (pid) *pid = 0;
+    if (path.trimmed().isEmpty()) return FileNotFound;
+    const QFileInfo file(path);
+    if (int code = checkLocal(file)) return code;
+    return runOpener(file.absoluteFilePath(), {}, pid);
 }
 
 int DesktopShell::start(const QString& program, const QStringList& arguments,
@@ -93,10 +131,7 @@ int DesktopShell::start(const QString& program, const QStringList& arguments,
         return startDetached(file.absoluteFilePath(), arguments, workingFolder, pid) ? Success
                                                                                      : BadFormat;
     // A document (or folder) opens in its handler; the process to follow is the opener's.
-    const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
-    if (opener.isEmpty()) return NoAssociation;
-    return startDetached(opener, {file.absoluteFilePath()}, workingFolder, pid) ? Success
-                                                                                : NoAssociation;
+    return runOpener(file.absoluteFilePath(), workingFolder, pid);
 }
 
 bool DesktopShell::isRunning(qint64 pid) {

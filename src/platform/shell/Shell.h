@@ -15,6 +15,10 @@ class Shell {
     // handler. Returns a classic shell result: above 32 for success, else an error code
     // (2 file not found, 3 path not found, 5 access denied, 31 no association).
     virtual int open(const QString& target) = 0;
+    // Opens a local document in its handler, never running it even when it carries the
+    // execute bit, as a process we can follow (the opener's). Same kind of code as `open`;
+    // on success `pid` holds that process.
+    virtual int openDocument(const QString& path, qint64* pid) = 0;
     // Starts a program (or opens a document) as a process we can follow. Returns the same
     // kind of code; on success `pid` holds the started process.
     virtual int start(const QString& program, const QStringList& arguments,
