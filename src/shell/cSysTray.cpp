@@ -1,6 +1,9 @@
 #include "shell/cSysTray.h"
 
+#include <QApplication>
+#include <QMouseEvent>
 #include <QSystemTrayIcon>
+#include <QWidget>
 
 namespace cantovel {
 
@@ -42,6 +45,8 @@ void cSysTray::setInTray(bool inTray) {
     if (inTray == installed_) return;
     installed_ = inTray;
     if (!inTray) {
+        if (iconWindow_) iconWindow_->removeEventFilter(this);
+        iconWindow_ = nullptr;
         tray_.reset();
         return;
     }
@@ -50,7 +55,38 @@ void cSysTray::setInTray(bool inTray) {
     if (!tip_.isEmpty()) tray_->setToolTip(tip_.left(TipLength));
     connect(tray_.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) { onActivated(int(reason)); });
+    const QWidgetList before = QApplication::topLevelWidgets();
     tray_->show();
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (!before.contains(w) && w->inherits("QSystemTrayIconSys")) iconWindow_ = w;
+    if (iconWindow_) iconWindow_->installEventFilter(this);
+}
+
+bool cSysTray::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != iconWindow_) return QObject::eventFilter(watched, event);
+    const auto button = [event] {
+        const auto b = static_cast<QMouseEvent*>(event)->button();
+        return b == Qt::LeftButton ? 1 : b == Qt::RightButton ? 2 : 0;
+    };
+    switch (event->type()) {
+        case QEvent::MouseMove:
+            hookMessage(TrayMessage, WM_MOUSEMOVE);
+            break;
+        case QEvent::MouseButtonPress:
+            if (button()) hookMessage(TrayMessage, button() == 1 ? WM_LBUTTONDOWN : WM_RBUTTONDOWN);
+            break;
+        case QEvent::MouseButtonRelease:
+            if (button()) hookMessage(TrayMessage, button() == 1 ? WM_LBUTTONUP : WM_RBUTTONUP);
+            break;
+        case QEvent::MouseButtonDblClick:
+            if (button())
+                hookMessage(TrayMessage, button() == 1 ? WM_LBUTTONDBLCLK : WM_RBUTTONDBLCLK);
+            break;
+        default:
+            return false;
+    }
+    // The icon's own handling would tell the press as a finished click.
+    return true;
 }
 
 void cSysTray::hookMessage(int message, int lParam) {
@@ -83,6 +119,8 @@ void cSysTray::hookMessage(int message, int lParam) {
 }
 
 void cSysTray::onActivated(int reason) {
+    // The icon's window tells its mouse itself.
+    if (iconWindow_) return;
     // The desktop tells a finished click only; it becomes the messages of that click, and
     // the pointer was over the icon, so a move comes first.
     hookMessage(TrayMessage, WM_MOUSEMOVE);

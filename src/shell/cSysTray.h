@@ -55,13 +55,20 @@ class cSysTray : public QObject {
     void MouseUp(int Button);
     void MouseDblClick(int Button);
 
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
   private:
     void onActivated(int reason);
+    // The icon's own window, where the desktop embeds one (an XEmbed tray): its mouse
+    // events are the tray's messages as they come, press and release apart.
+    void watchIconWindow();
 
     QIcon icon_;
     QString tip_;
     bool installed_ = false;
     std::unique_ptr<QSystemTrayIcon> tray_;
+    QObject* iconWindow_ = nullptr;
 };
 
 }  // namespace cantovel

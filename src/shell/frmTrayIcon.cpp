@@ -134,6 +134,9 @@ void frmTrayIcon::mnuRestore_Click() {
     tmrTip.setEnabled(false);
     mnuPopup->hide();
     if (frmMain* main = frmMain::instance()) {
+        // X reports a withdrawn window as minimised, so a window hidden in the tray can
+        // come back marked so, and a show would map it as an icon.
+        main->setWindowState(main->windowState() & ~Qt::WindowMinimized);
         main->show();
         main->raise();
         main->activateWindow();
