@@ -11,6 +11,7 @@
 #include "app/Form.h"
 #include "platform/mediaplayer/MediaPlayer.h"
 #include "player/MruList.h"
+#include "tags/clsMP3.h"
 
 namespace cantovel {
 
@@ -94,6 +95,8 @@ class frmTemp : public Form {
     std::unique_ptr<MediaPlayer> MP;
     // The recently used media files, set up by the main window's load; may be null.
     std::unique_ptr<MruList> MRU;
+    // The tag reader of "MP3 File Information", kept for the window's life.
+    clsMP3 MP3;
 
     // ---- Window commands (player/frmTemp_commands.cpp) --------------------------------
     // The rows of "Recommended Sites...".
@@ -111,6 +114,7 @@ class frmTemp : public Form {
     void mnuDisclaimer_Click();
     void mnuExit_Click();
     void mnuClearCantovelMRU_Click();
+    void mnuMP3Info_Click();
     void popRestore_Click();
     void popMinimize_Click();
     void popClose_Click();

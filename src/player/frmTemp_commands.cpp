@@ -13,6 +13,7 @@
 #include "skin/frmAbout.h"
 #include "skin/frmDisclaimer.h"
 #include "skin/frmSettings.h"
+#include "tags/MP3Information.h"
 
 namespace cantovel {
 
@@ -83,6 +84,7 @@ void frmTemp::connectWindowCommands() {
     on(mnuDisclaimer, &frmTemp::mnuDisclaimer_Click);
     on(mnuExit, &frmTemp::mnuExit_Click);
     on(mnuClearCantovelMRU, &frmTemp::mnuClearCantovelMRU_Click);
+    on(mnuMP3Info, &frmTemp::mnuMP3Info_Click);
     on(popRestore, &frmTemp::popRestore_Click);
     on(popMinimize, &frmTemp::popMinimize_Click);
     on(popClose, &frmTemp::popClose_Click);
@@ -182,6 +184,11 @@ void frmTemp::mnuClearCantovelMRU_Click() {
                        QString::fromLatin1(BrightfenMail) + QStringLiteral("."),
                    Mb::Exclamation | Mb::SetForeground);
     }
+}
+
+void frmTemp::mnuMP3Info_Click() {
+    const frmMain* m = mainWindow();
+    ShowMP3Information(MP3, m ? m->CurrentFile : QString());
 }
 
 void frmTemp::popRestore_Click() {

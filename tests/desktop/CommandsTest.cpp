@@ -1,0 +1,220 @@
+// Commands given the way a user gives them, on a real X server and window manager: keys
+// to the main window, the tray icon clicked in a real notification area.
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QSystemTrayIcon>
+#include <QTest>
+#include <functional>
+
+#include "platform/shell/DesktopShell.h"
+#include "player/HelpFile.h"
+#include "player/PlayerTest.h"
+#include "shell/cSysTray.h"
+#include "shell/frmTrayIcon.h"
+#include "support/DesktopSession.h"
+#include "support/FakeMixer.h"
+#include "support/ScopedEnv.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+const bool desktop = requestDesktopSession();
+
+// Runs events until `done` holds or a generous limit passes; the answer is `done`'s.
+bool waitUntil(const std::function<bool()>& done, int limitMs = 10000) {
+    for (int waited = 0; !done() && waited < limitMs; waited += 20) QTest::qWait(20);
+    return done();
+}
+
+QByteArray field(const char* text, int size) {
+    QByteArray f(text);
+    f.resize(size, ' ');
+    return f;
+}
+
+class CommandsTest : public PlayerTest {};
+
+TEST_F(CommandsTest, CtrlMAndTheFileMenuShowTheTagOfTheLoadedMp3) {
+    const QByteArray tag = "TAG" + field("Night Drive", 30) + field("The Loopbacks", 30) +
+                           field("Interfaces", 30) + "1999" + field("first take", 30) + char(17);
+    const QString song = file("Night.mp3", QByteArray(4000, '\x55') + tag);
+    FakeMediaPlayer::setLength(song, 10);
+    openByDialog(song);
+    ASSERT_EQ(main->CurrentFile, song);
+
+    const QString shown =
+        "Filename:  Night.mp3\r\nTrack Title:  Night Drive\r\nArtist:  The Loopbacks\r\n"
+        "Album:  Interfaces\r\nYear:  1999\r\nComment:  first take\r\nGenre: Rock";
+    QTest::keyClick(main, Qt::Key_M, Qt::ControlModifier);
+    EXPECT_EQ(msgBox().texts(), QStringList{shown});
+    msgBox().reset();
+    temp->mnuMP3Info->trigger();
+    EXPECT_EQ(msgBox().texts(), QStringList{shown});
+}
+
+TEST_F(CommandsTest, HelpSaysSoWhenNothingCanShowItsPage) {
+    ScopedEnv env;
+    const QString help = tempDir() + "/help";
+    QDir().mkpath(help);
+    file("help/index.html", "<html></html>");
+    env.set("CANTOVEL_HELP_DIR", help);
+    // The desktop's opener finds no program for a web page.
+    const QString bin = tempDir() + "/bin";
+    QDir().mkpath(bin);
+    const QString opener = file("bin/xdg-open", "#!/bin/sh\nexit 3\n");
+    QFile::setPermissions(opener, QFile::permissions(opener) | QFile::ExeOwner);
+    env.set("PATH", bin + ":" + qgetenv("PATH"));
+    Components::provideService<Shell>(std::make_shared<DesktopShell>());
+
+    const QString told = "An error occurred attempting to open the '" + help +
+                         "/index.html' file (ShellExecute API code 31).";
+    QTest::keyClick(main, Qt::Key_F1);
+    EXPECT_EQ(msgBox().texts(), QStringList{told});
+    msgBox().reset();
+    temp->mnuHelpFile->trigger();
+    EXPECT_EQ(msgBox().texts(), QStringList{told});
+
+    // No desktop to hand the page to at all.
+    msgBox().reset();
+    Components::provideService<Shell>(std::shared_ptr<Shell>());
+    temp->mnuHelpFile->trigger();
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"An error has occured while attempting to access the Cantovel help "
+                          "system.  It is recommdended that you reinstall Brightfen Cantovel in "
+                          "order to correct this condition."});
+}
+
+TEST_F(CommandsTest, DeleteSaysSoWhenTheTrashRefusesAndKeepsTheFileLoaded) {
+    const QString song = media("Keep.wav");
+    openByDialog(song);
+    shell->trashResult = false;
+    msgBox().script({Mb::Yes});
+    temp->mnuDelete->trigger();
+    ASSERT_EQ(msgBox().texts().size(), 2);
+    EXPECT_EQ(msgBox().texts()[1],
+              "The file '" + song + "' could not be moved to the Trash, so it was not deleted.");
+    EXPECT_EQ(main->CurrentFile, song);
+    EXPECT_EQ(main->lblTitle[0].Caption, "Keep.wav");
+    EXPECT_TRUE(QFile::exists(song));
+
+    // When the Trash takes it, the file goes and the window empties.
+    shell->trashResult = true;
+    msgBox().reset();
+    msgBox().script({Mb::Yes});
+    temp->mnuDelete->trigger();
+    EXPECT_EQ(msgBox().texts().size(), 1);
+    EXPECT_EQ(main->CurrentFile, "");
+}
+
+// A real notification area (trayer, an XEmbed tray) beside the window manager.
+class TrayOnDesktopTest : public PlayerTest {
+  protected:
+    void SetUp() override {
+        PlayerTest::SetUp();
+        Components::provideService<Mixer>(std::make_shared<FakeMixer>());
+        REQUIRE_DESKTOP_SESSION();
+        for (const char* tool : {"trayer", "xdotool", "xprop"})
+            if (QStandardPaths::findExecutable(QLatin1String(tool)).isEmpty())
+                GTEST_SKIP() << "skipped: " << tool
+                             << " is missing (trayer gives the notification area)";
+        trayer.start(
+            QStringLiteral("trayer"),
+            {QStringLiteral("--edge"), QStringLiteral("top"), QStringLiteral("--align"),
+             QStringLiteral("right"), QStringLiteral("--widthtype"), QStringLiteral("request")});
+        if (!trayer.waitForStarted() ||
+            !waitUntil([] { return QSystemTrayIcon::isSystemTrayAvailable(); }))
+            GTEST_SKIP() << "skipped: trayer did not put up a notification area";
+        main->Form_Load(QString());
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(main));
+    }
+    void TearDown() override {
+        if (Forms::find<frmTrayIcon>()) tray().cSysTray1.setInTray(false);
+        if (trayer.state() != QProcess::NotRunning) {
+            trayer.terminate();
+            trayer.waitForFinished();
+        }
+        PlayerTest::TearDown();
+    }
+    frmTrayIcon& tray() { return Forms::touch<frmTrayIcon>(); }
+    // The icon's own window in the notification area.
+    QWidget* iconWindow() {
+        for (QWidget* w : QApplication::topLevelWidgets())
+            if (w->inherits("QSystemTrayIconSys")) return w;
+        return nullptr;
+    }
+    static void xdotool(const QStringList& args) {
+        ASSERT_EQ(QProcess::execute(QStringLiteral("xdotool"), args), 0)
+            << args.join(' ').toStdString();
+    }
+    // The icon is embedded some time after it shows: the pointer goes to it until the icon
+    // feels it there.
+    void pointAtIcon() {
+        QWidget* icon = nullptr;
+        ASSERT_TRUE(waitUntil([&] { return (icon = iconWindow()) && icon->isVisible(); }));
+        int moves = 0, step = 0;
+        const auto counting =
+            QObject::connect(&tray().cSysTray1, &cSysTray::MouseMove, [&] { ++moves; });
+        const bool over = waitUntil([&] {
+            if (moves) return true;
+            const QString at = QString::number(4 + step++ % 2);
+            QProcess::execute(QStringLiteral("xdotool"),
+                              {"mousemove", "--window", QString::number(icon->winId()), at, at});
+            return false;
+        });
+        QObject::disconnect(counting);
+        ASSERT_TRUE(over);
+    }
+    QString netWmState() {
+        QProcess p;
+        p.start(QStringLiteral("xprop"),
+                {"-id", QString::number(main->winId()), "_NET_WM_STATE", "WM_STATE"});
+        p.waitForFinished();
+        return QString::fromLocal8Bit(p.readAllStandardOutput());
+    }
+
+    QProcess trayer;
+};
+
+TEST_F(TrayOnDesktopTest, TheMenuOpensOnTheRightButtonsReleaseNotItsPress) {
+    QTest::keyClick(main, Qt::Key_T, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return !main->isVisible(); }));
+    int presses = 0;
+    QObject::connect(&tray().cSysTray1, &cSysTray::MouseDown, [&](int b) { presses += b == 2; });
+    pointAtIcon();
+    xdotool({"mousedown", "3"});
+    ASSERT_TRUE(waitUntil([&] { return presses == 1; }));
+    QTest::qWait(200);
+    EXPECT_FALSE(tray().mnuPopup->isVisible());
+    xdotool({"mouseup", "3"});
+    EXPECT_TRUE(waitUntil([&] { return tray().mnuPopup->isVisible(); }));
+    tray().mnuPopup->hide();
+}
+
+TEST_F(TrayOnDesktopTest, RestoringFromTheTrayAfterAMinimiseShowsTheWindow) {
+    // Minimised with the skin's button, back from the task bar (the window manager is asked
+    // to activate the window, as a task bar does).
+    QTest::mouseClick(main, Qt::LeftButton, {}, QPoint(268, 7));
+    ASSERT_TRUE(waitUntil([&] { return netWmState().contains("_NET_WM_STATE_HIDDEN"); }));
+    xdotool({"windowactivate", QString::number(main->winId())});
+    ASSERT_TRUE(waitUntil([&] { return !netWmState().contains("_NET_WM_STATE_HIDDEN"); }));
+
+    QTest::keyClick(main, Qt::Key_T, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return !main->isVisible(); }));
+    // A double click on the icon restores the window.
+    pointAtIcon();
+    xdotool({"click", "--repeat", "2", "--delay", "80", "1"});
+    ASSERT_TRUE(waitUntil([&] { return main->isVisible(); }));
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(main));
+    EXPECT_FALSE(main->isMinimized());
+    QTest::qWait(300);  // whatever the window manager does with the map comes in by now
+    EXPECT_FALSE(netWmState().contains("_NET_WM_STATE_HIDDEN")) << netWmState().toStdString();
+    EXPECT_TRUE(netWmState().contains("Normal")) << netWmState().toStdString();
+    EXPECT_FALSE(tray().cSysTray1.InTray());
+}
+
+}  // namespace
