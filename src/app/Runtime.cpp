@@ -1,5 +1,6 @@
 #include "app/Runtime.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -38,8 +39,10 @@ double Val(const QString& text) {
         }
         if (overflow) return wide;
         // Hexadecimal of up to four digits is a 16-bit signed value, up to eight 32-bit.
-        if (base == 16 && i - start <= 4 && v > 0x7FFF) v -= 0x10000;
-        else if (base == 16 && i - start <= 8 && v > 0x7FFFFFFF) v -= 0x100000000LL;
+        if (base == 16 && i - start <= 4 && v > 0x7FFF)
+            v -= 0x10000;
+        else if (base == 16 && i - start <= 8 && v > 0x7FFFFFFF)
+            v -= 0x100000000LL;
         return double(v);
     }
 
@@ -80,11 +83,75 @@ std::optional<bool> CBool(const QString& text) {
     return std::nullopt;
 }
 
-QString CStr(bool value) { return value ? QStringLiteral("True") : QStringLiteral("False"); }
+QString CStr(bool value) {
+    return value ? QStringLiteral("True") : QStringLiteral("False");
+}
 
-qint64 CInt(double value) { return qint64(std::nearbyint(value)); }
+namespace {
+// A whole number as a 64-bit integer, held to the ends of its range.
+qint64 toInt64(double whole) {
+    if (std::isnan(whole)) return 0;
+    // 2^63 is the first double past the range; the cast below is then defined.
+    if (whole >= 9223372036854775808.0) return std::numeric_limits<qint64>::max();
+    if (whole < -9223372036854775808.0) return std::numeric_limits<qint64>::min();
+    return qint64(whole);
+}
 
-qint64 Int(double value) { return qint64(std::floor(value)); }
+template <class T>
+std::optional<T> checked(double value) {
+    const double r = std::nearbyint(value);
+    if (!(r >= double(std::numeric_limits<T>::min()) && r <= double(std::numeric_limits<T>::max())))
+        return std::nullopt;
+    return T(r);
+}
+}  // namespace
+
+qint64 CInt(double value) {
+    return toInt64(std::nearbyint(value));
+}
+
+qint64 Int(double value) {
+    return toInt64(std::floor(value));
+}
+
+std::optional<quint8> CByte(double value) {
+    return checked<quint8>(value);
+}
+std::optional<qint16> CInt16(double value) {
+    return checked<qint16>(value);
+}
+std::optional<qint32> CLng(double value) {
+    return checked<qint32>(value);
+}
+
+namespace {
+// The digits of a non-negative value times 10^places, rounded to a whole number, halves
+// up, as text without leading zeros ("0" for nothing).
+QString decimalDigits(double value, int places) {
+    // "d.dddddddddddddde±x": 15 significant digits and the power of ten.
+    const QString sci = QString::number(value, 'e', 14);
+    const qsizetype e = sci.indexOf(u'e');
+    QString mantissa = sci.left(e);
+    mantissa.remove(u'.');
+    const int exponent = sci.mid(e + 1).toInt();
+    // The number is 0.mantissa * 10^(exponent + 1); keep the digits before the cut.
+    const int keep = exponent + 1 + places;
+    if (keep < 0) return QStringLiteral("0");
+    QString kept = mantissa.left(keep);
+    while (kept.size() < keep) kept += u'0';
+    const bool roundUp = keep < mantissa.size() && mantissa[keep] >= u'5';
+    if (roundUp) {
+        qsizetype i = kept.size() - 1;
+        for (; i >= 0 && kept[i] == u'9'; --i) kept[i] = u'0';
+        if (i >= 0)
+            kept[i] = QChar(kept[i].unicode() + 1);
+        else
+            kept.prepend(u'1');
+    }
+    while (kept.size() > 1 && kept.front() == u'0') kept.remove(0, 1);
+    return kept.isEmpty() ? QStringLiteral("0") : kept;
+}
+}  // namespace
 
 QString Format(double value, const QString& pattern) {
     // Split the pattern into what comes before the first digit place, the digit places
@@ -115,11 +182,14 @@ QString Format(double value, const QString& pattern) {
         }
 
     const bool negative = value < 0;
-    double scaled = std::fabs(value) * std::pow(10.0, fracDigits);
-    // Halves away from zero; a tiny nudge keeps 2.675 at 2.68 as people expect.
-    qint64 whole = qint64(std::floor(scaled + 0.5 + 1e-9 * std::max(1.0, scaled)));
-    QString digits = QString::number(whole);
-    if (digits.size() <= fracDigits) digits = QString(fracDigits - digits.size() + 1, u'0') + digits;
+    if (!std::isfinite(value)) return prefix + QString::number(value) + suffix;
+    // The value's shortest decimal digits (15 significant, as the runtime shows numbers),
+    // rounded at the last place shown, halves away from zero.
+    QString digits = decimalDigits(std::fabs(value), fracDigits);
+    const bool zero =
+        std::all_of(digits.cbegin(), digits.cend(), [](QChar c) { return c == u'0'; });
+    if (digits.size() <= fracDigits)
+        digits = QString(fracDigits - digits.size() + 1, u'0') + digits;
     QString intDigits = digits.left(digits.size() - fracDigits);
     QString fracDigitsText = digits.right(fracDigits);
     if (intDigits == QLatin1String("0") && minInt == 0) intDigits.clear();
@@ -127,15 +197,18 @@ QString Format(double value, const QString& pattern) {
     while (fracDigitsText.size() > minFrac && fracDigitsText.endsWith(u'0')) fracDigitsText.chop(1);
 
     QString out = prefix;
-    if (negative && whole != 0) out += u'-';
+    if (negative && !zero) out += u'-';
     out += intDigits;
     if (dot >= 0 && (!fracDigitsText.isEmpty() || fracPart.isEmpty())) out += u'.' + fracDigitsText;
-    if (dot >= 0 && fracPart.isEmpty()) { /* a bare point is kept, as the pattern says */ }
+    if (dot >= 0 && fracPart.isEmpty()) { /* a bare point is kept, as the pattern says */
+    }
     out += suffix;
     return out;
 }
 
-QString Hex(quint64 value) { return QString::number(value, 16).toUpper(); }
+QString Hex(quint64 value) {
+    return QString::number(value, 16).toUpper();
+}
 
 namespace {
 std::mt19937_64& generator() {
@@ -144,7 +217,9 @@ std::mt19937_64& generator() {
 }
 }  // namespace
 
-double Rnd() { return std::uniform_real_distribution<double>(0.0, 1.0)(generator()); }
+double Rnd() {
+    return std::uniform_real_distribution<double>(0.0, 1.0)(generator());
+}
 
 void Randomize() {
     // The clock's reading mixed with the generator's state, so two reseeds in the same
@@ -155,6 +230,8 @@ void Randomize() {
     generator().seed(seed);
 }
 
-void Randomize(quint64 seed) { generator().seed(seed); }
+void Randomize(quint64 seed) {
+    generator().seed(seed);
+}
 
 }  // namespace cantovel

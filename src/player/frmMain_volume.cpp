@@ -88,8 +88,9 @@ void frmMain::mnuMute() {
         Mixer::get().SetMasterVolume(0);
     } else {
         temp.mnuMute->setText(QStringLiteral("&Mute"));
-        Mixer::get().SetMasterVolume(long(
-            Val(ReadAppSetting(QStringLiteral("Master Volume"), QString::number(MasterVolume)))));
+        if (const auto level = CLng(Val(
+                ReadAppSetting(QStringLiteral("Master Volume"), QString::number(MasterVolume)))))
+            Mixer::get().SetMasterVolume(*level);
     }
 }
 

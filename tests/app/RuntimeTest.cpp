@@ -39,6 +39,22 @@ TEST(Runtime, RoundingHalvesToEvenAndFloor) {
     EXPECT_EQ(CInt(2.6), 3);
     EXPECT_EQ(Int(-1.5), -2);
     EXPECT_EQ(Int(1.999), 1);
+    // Past the 64-bit range the ends hold; nothing is undefined.
+    EXPECT_EQ(CInt(1e300), std::numeric_limits<qint64>::max());
+    EXPECT_EQ(Int(-1e300), std::numeric_limits<qint64>::min());
+    EXPECT_EQ(CInt(std::nan("")), 0);
+}
+
+TEST(Runtime, NarrowConversionsRaiseOverflowOutOfRange) {
+    EXPECT_EQ(CByte(255.4), 255);
+    EXPECT_EQ(CByte(-0.4), 0);
+    for (double v : {300.0, -5.0, 255.5, std::nan(""), 1e308})
+        EXPECT_FALSE(CByte(v).has_value()) << v;
+    EXPECT_EQ(CInt16(-32768), -32768);
+    EXPECT_FALSE(CInt16(32768).has_value());
+    EXPECT_EQ(CLng(2147483647), 2147483647);
+    EXPECT_FALSE(CLng(2147483648.0).has_value());
+    EXPECT_FALSE(CLng(1e308 / 15).has_value());
 }
 
 TEST(Runtime, FormatPatterns) {
@@ -54,6 +70,16 @@ TEST(Runtime, FormatPatterns) {
     EXPECT_EQ(Format(5, "0#"), "05");
     EXPECT_EQ(Format(12, "0#"), "12");
     EXPECT_EQ(Format(-1.5, "0.0"), "-1.5");
+    // Exact for every 32-bit value, and halves away from zero in decimal.
+    EXPECT_EQ(Format(4294967295.0, "0"), "4294967295");
+    EXPECT_EQ(Format(500000000, "0"), "500000000");
+    EXPECT_EQ(Format(-2147483648.0, "0"), "-2147483648");
+    EXPECT_EQ(Format(4294967295.0, "0.00"), "4294967295.00");
+    EXPECT_EQ(Format(2.675, "0.00"), "2.68");
+    EXPECT_EQ(Format(0.005, "0.00"), "0.01");
+    EXPECT_EQ(Format(9.995, "0.00"), "10.00");
+    EXPECT_EQ(Format(-0.004, "0.00"), "0.00");
+    EXPECT_EQ(Format(1e300, "0").size(), 301);
 }
 
 TEST(Runtime, HexAndRandom) {
