@@ -4,6 +4,7 @@
 #include <QMenu>
 
 #include "app/Forms.h"
+#include "platform/clock/Clock.h"
 
 namespace cantovel {
 
@@ -40,7 +41,7 @@ bool Form::runUnload(UnloadMode mode) {
     gone_ = true;
     Forms::remove(this);
     hide();
-    deleteLater();
+    EventsRunning::deleteWhenIdle(this);
     return true;
 }
 

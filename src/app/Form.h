@@ -20,10 +20,14 @@ class Form : public QWidget {
 
     QString formName() const { return name_; }
 
-    // Unloads the form from code: QueryUnload, Unload, then the form is gone (deleted
-    // later, and out of the collection at once). Returns false when a handler cancelled.
+    // Unloads the form from code: QueryUnload, Unload, then the form is gone (out of the
+    // collection at once, destroyed once no wait is left on the stack). Returns false when
+    // a handler cancelled.
     bool unload();
     bool isUnloading() const { return unloading_; }
+    // The form has unloaded but may not be destroyed yet: a procedure whose wait returns
+    // to a form in this state returns without doing more.
+    bool unloaded() const { return gone_; }
 
     // Why a form is closing, as QueryUnload is told.
     enum UnloadMode { FromControlMenu = 0, FromCode = 1, FromAppWindows = 2, FromTaskManager = 3 };

@@ -1,5 +1,9 @@
 #include "app/SubMain.h"
 
+#include <QCoreApplication>
+#include <QPointer>
+#include <QQueue>
+
 #include "app/AppState.h"
 #include "app/Settings.h"
 #include "app/Utilities.h"
@@ -17,6 +21,37 @@ std::unique_ptr<InstanceLink>& runningLink() {
     static std::unique_ptr<InstanceLink> link;
     return link;
 }
+
+// Commands from later starts are handled one at a time, in the order they came, one an
+// event loop turn. One that arrives while another is still being handled (inside a wait of
+// its own) waits its turn, so a burst of them never nests, however long it is.
+class LinkCommands : public QObject {
+  public:
+    LinkCommands(InstanceLink* link, frmMain* main) : QObject(link), main_(main) {
+        connect(link, &InstanceLink::commandReceived, this, [this](const QString& command) {
+            pending_.enqueue(command);
+            if (!busy_ && pending_.size() == 1) handleNext();
+        });
+    }
+
+  private:
+    void handleNext() {
+        if (busy_ || pending_.isEmpty()) return;
+        if (!main_ || main_->unloaded()) {
+            pending_.clear();
+            return;
+        }
+        busy_ = true;
+        main_->Form_LinkExecute(pending_.dequeue());
+        busy_ = false;
+        if (!pending_.isEmpty())
+            QMetaObject::invokeMethod(this, &LinkCommands::handleNext, Qt::QueuedConnection);
+    }
+
+    QPointer<frmMain> main_;
+    QQueue<QString> pending_;
+    bool busy_ = false;
+};
 }  // namespace
 
 InstanceLink* RunningInstanceLink() {
@@ -66,12 +101,20 @@ int SubMain(const QStringList& arguments) {
     auto* main = new frmMain();
     if (link) {
         // Commands that came before the window are delivered once the event loop runs.
-        QObject::connect(link.get(), &InstanceLink::commandReceived, main,
-                         &frmMain::Form_LinkExecute);
+        new LinkCommands(link.get(), main);
         runningLink() = std::move(link);
+        // The instance ends with its window: a start after that runs on its own.
+        QObject::connect(main, &QObject::destroyed, [] { runningLink().reset(); });
     }
     // With none running, a hand-off starts the program with the path, as a plain start.
     main->Form_Load(CommandLineOf(args));
+    if (main->unloaded()) {
+        // Closed inside a wait of its load: the exit it asked for found no event loop to
+        // end, so the program ends here, and the next start finds no instance running.
+        runningLink().reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return 0;
+    }
     StartMprisService();
     return -1;
 }

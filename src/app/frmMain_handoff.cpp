@@ -6,6 +6,7 @@ namespace cantovel {
 
 void frmMain::Form_LinkExecute(const QString& command) {
     // The link acknowledged the command already: a handled command never fails the sender.
+    if (unloaded()) return;
     if (isMinimized()) showNormal();
     raise();
     if (command.isEmpty()) return;

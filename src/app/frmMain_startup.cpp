@@ -58,17 +58,24 @@ void frmMain::Form_Load(const QString& commandLine) {
                                       : QStringLiteral("Master Volume");
 
     // 8. The saved position only when asked for.
+    // A value past the range of a position is passed over, as the runtime's overflow error
+    // skips the statement; so is a volume outside 0..255.
     if (Val(ReadAppSetting(QStringLiteral("Position"), QStringLiteral("0"))) == 1) {
         const double tpp = TwipsPerPixel(this);
-        const int top = int(
-            Val(ReadAppSetting(QStringLiteral("Main Window Top"), QStringLiteral("450"))) / tpp);
-        const int left = int(
-            Val(ReadAppSetting(QStringLiteral("Main Window Left"), QStringLiteral("1380"))) / tpp);
-        move(left, top);
+        if (const auto top =
+                CLng(Val(ReadAppSetting(QStringLiteral("Main Window Top"), QStringLiteral("450"))) /
+                     tpp))
+            move(x(), *top);
+        if (const auto left = CLng(
+                Val(ReadAppSetting(QStringLiteral("Main Window Left"), QStringLiteral("1380"))) /
+                tpp))
+            move(*left, y());
     }
 
     // 9. The player's volume from the settings, the master volume from the mixer.
-    PlayerVolume = quint8(Val(ReadAppSetting(QStringLiteral("Volume"), QStringLiteral("100"))));
+    if (const auto volume =
+            CByte(Val(ReadAppSetting(QStringLiteral("Volume"), QStringLiteral("100")))))
+        PlayerVolume = *volume;
     MasterVolume = quint8(Mixer::get().GetMasterVolume());  // no mixer: -1, kept as 255
     SaveAppSetting(QStringLiteral("Master Volume"), QString::number(MasterVolume));
     PaintVolumes();
@@ -84,6 +91,7 @@ void frmMain::Form_Load(const QString& commandLine) {
     // 11.
     show();
     Clock::get().doEvents();
+    if (unloaded()) return;
 
     // 12. The playlist editor, if it was open at the last exit; its load shows it.
     if (CBool(ReadAppSetting(QStringLiteral("Playlist Visible"), QStringLiteral("False")))
@@ -129,6 +137,9 @@ bool frmMain::queryUnload(UnloadMode) {
 
 bool frmMain::unloadEvent() {
     AppClosing = VTrue;
+    // The window may live on until the waits on the stack return: nothing ticks meanwhile.
+    for (Timer* timer : {&Timer1, &Timer2, &Timer3, &CDR_Timer, &tmrVolume})
+        timer->setEnabled(false);
     UnloadOtherForms(this);
     // Not quit(): that asks every window to close first, and this one, still unloading,
     // would refuse and so keep the program running.

@@ -255,6 +255,8 @@ class frmMain : public Form, public PlayerState {
     void stopAllPlayers();
     void addToRecentFiles(const QString& path);
     void refuseFile(const QString& path, OpenEntry entry);
+    // "An error occurred attempting to play the current file. ..."
+    static QString playErrorText();
     void openAudio(const QString& path, OpenEntry entry);
     void openVideo(const QString& path, OpenEntry entry);
     void openVivo(const QString& path);
@@ -272,6 +274,9 @@ class frmMain : public Form, public PlayerState {
     void playStartOnce();
     // Loads CurrentFile into the queue's player and starts it; shows its window for video.
     void playInQueue(bool showWindow);
+    // Moves PlayIndex on as the end of an entry does; false when that ends the run.
+    bool nextEntry();
+    void quietOtherPlayers(MediaPlayer& opened);
     // Opens the CD reader and waits up to 15 seconds for a disc; false, with its
     // message, when there is none or its directory cannot be read.
     bool waitForDisc(CDReader& reader);
@@ -296,6 +301,8 @@ class frmMain : public Form, public PlayerState {
     // starts the next one; those starts run one after another, not nested.
     bool skippingEntry_ = false;
     bool restartPending_ = false;
+    bool entryFailed_ = false;
+    bool inQueueGap_ = false;
     // Connects the timers; runs as the last member is made.
     bool sessionWired_ = wireSession();
 

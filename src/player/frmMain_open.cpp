@@ -261,6 +261,10 @@ void frmMain::showFileTitle(const QString& path) {
 
 // ---- The players ----
 
+QString frmMain::playErrorText() {
+    return kPlayError;
+}
+
 void frmMain::refuseFile(const QString& path, OpenEntry entry) {
     clearLists();
     const bool atLoad = entry == OpenEntry::CommandLine || entry == OpenEntry::Dde;
@@ -322,7 +326,8 @@ void frmMain::openAudioCD(const QString& path) {
     CDReader* reader = Forms::touch<frmTempCD>().ReaderFor(path);
     if (!reader || !waitForDisc(*reader)) return;
     // "Track05" is index 4, shown as track 5.
-    CurrentTrack = long(Val(ParsePathParts(path, QStringLiteral("b")).mid(5))) - 1;
+    if (const auto track = CLng(Val(ParsePathParts(path, QStringLiteral("b")).mid(5))))
+        CurrentTrack = long(*track) - 1;
     PlayDiscTrack(*reader);
     CDR_Timer.setEnabled(true);
     ShowTrackTitle();
@@ -346,6 +351,7 @@ void frmMain::openPlaylist(const QString& path) {
     if (PlaylistView* view = loadedWindow<PlaylistView>(); view && view->lstPlayListCount() > 0)
         view->RefreshPlaylist();
     Clock::get().doEvents();
+    if (unloaded()) return;
 
     if (List1.isEmpty()) {
         MsgBoxShow(kEmptyPlaylist, kInformation);

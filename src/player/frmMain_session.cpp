@@ -1,6 +1,7 @@
 // The playback session: what happens between a file being opened and the window going
 // back to idle, in single mode and in queue mode, and the timers that drive the face.
 #include <QPointer>
+#include <algorithm>
 
 #include "app/Forms.h"
 #include "app/Runtime.h"
@@ -82,14 +83,45 @@ void frmMain::PlayStopped() {
 
 void frmMain::MediaOpened(MediaPlayer& player) {
     if (player.PlayState() == MediaPlayer::mpClosed) return;
+    QPointer<MediaPlayer> opened(&player);
+    quietOtherPlayers(player);
+    if (!opened) return;
     MoveThumb(16);
     OpenComplete(long(Int(player.SelectionEnd())));
     Timer3.setEnabled(true);
 }
 
+void frmMain::quietOtherPlayers(MediaPlayer& opened) {
+    // The face follows one player, and one file sounds at a time: a file that opens ends
+    // what the other players play, and a film window left open closes.
+    frmTemp* temp = Forms::find<frmTemp>();
+    MediaPlayer* hidden = temp ? temp->MP.get() : nullptr;
+    QueueView* view = loadedWindow<QueueView>();
+    QPointer<MediaPlayer> am = view ? view->AM() : nullptr;
+    VideoPlayerWindow* film = loadedWindow<VideoPlayerWindow>();
+    const VBool running = PlaylistRunning;
+    const VBool stopRequested = StopRequested;
+    StopRequested = VTrue;
+    PlaylistRunning = VFalse;
+    if (hidden && hidden != &opened && hidden->PlayState() == MediaPlayer::mpPlaying)
+        hidden->Stop();
+    if (film && film->MP() != &opened) unloadWindow<VideoPlayerWindow>();
+    // A run that played on in the queue's player ends with it.
+    const bool runEnds = am && am != &opened && am->PlayState() == MediaPlayer::mpPlaying;
+    if (runEnds) am->Stop();
+    StopRequested = stopRequested;
+    PlaylistRunning = runEnds ? VFalse : running;
+}
+
 void frmMain::AM_PlayStateChange(int oldState, int newState) {
+    if (oldState != MediaPlayer::mpPlaying || newState != MediaPlayer::mpStopped) return;
     // A stop from mnuStop passes here too; Play_Done then finds the queue off.
-    if (oldState == MediaPlayer::mpPlaying && newState == MediaPlayer::mpStopped) Play_Done();
+    if (PlaylistRunning) {
+        Play_Done();
+        return;
+    }
+    // A row played alone in the queue's player has ended: the face goes back to idle.
+    if (!inQueueGap_ && !AnyPlayerPlaying()) PlayStopped();
 }
 
 // ---- The queue ----
@@ -102,10 +134,28 @@ void frmMain::Play_Start() {
     }
     // A queue with nothing playable would pass over itself for ever; once every entry
     // has had its turn several times over, the run ends as a stop does.
+    // A queue with nothing playable in it ends at once, as the passing over would in the end:
+    // a long list of missing files would otherwise hold the window for seconds.
+    const bool anyPlayable =
+        std::any_of(PlayQueue.cbegin(), PlayQueue.cend(), [](const QString& path) {
+            const QString ext = extensionOf(path);
+            return isQueueAudio(ext) || isQueueVideo(ext) || isAudioCD(ext);
+        });
+    if (!anyPlayable) {
+        mnuStop();
+        return;
+    }
     const qsizetype limit = 4 * (PlayQueue.size() + 1);
     for (qsizetype skips = 0;; ++skips) {
         restartPending_ = false;
+        entryFailed_ = false;
         playStartOnce();
+        if (unloaded()) return;
+        if (entryFailed_) {
+            // A file the player refused has been told; the run goes on as at its end.
+            if (!PlaylistRunning || !nextEntry()) return;
+            restartPending_ = true;
+        }
         if (!restartPending_) return;
         if (skips >= limit) {
             mnuStop();
@@ -125,7 +175,10 @@ void frmMain::playStartOnce() {
         // run meanwhile.
         unloadWindow<QueueView>();
         PlaylistRunning = VFalse;
-        Clock::get().wait(2000);
+        inQueueGap_ = true;
+        Clock::get().wait(2000, [this] { return unloaded(); });
+        inQueueGap_ = false;
+        if (unloaded()) return;
         playInQueue(false);
         PlaylistRunning = VTrue;
     } else if (isQueueVideo(ext)) {
@@ -137,7 +190,8 @@ void frmMain::playStartOnce() {
         CDReader* reader = Forms::touch<frmTempCD>().ReaderFor(CurrentFile);
         if (!reader || !waitForDisc(*reader)) return;
         // Unlike a single CD file, no 1 is taken off: "Track05" plays index 5.
-        CurrentTrack = long(Val(ParsePathParts(CurrentFile, QStringLiteral("b")).mid(5)));
+        if (const auto track = CLng(Val(ParsePathParts(CurrentFile, QStringLiteral("b")).mid(5))))
+            CurrentTrack = *track;
         Timer1.setEnabled(true);
         CDR_Timer.setEnabled(true);
         PlayDiscTrack(*reader);
@@ -158,19 +212,24 @@ void frmMain::playInQueue(bool showWindow) {
     QPointer<MediaPlayer> am = view->AM();
     if (!am) return;
     am->setFileName(CurrentFile);
+    if (am && am->lastError() == MediaPlayer::ErrorFail) {
+        // No end event ever comes for a file that never opened.
+        MsgBoxShow(playErrorText(), Mb::Information | Mb::SetForeground);
+        entryFailed_ = true;
+        return;
+    }
     // The queue's player starts as soon as it has the file.
     if (am) am->Play();
     if (showWindow && window) window->show();
 }
 
-void frmMain::Play_Done() {
-    if (!PlaylistRunning) return;
+bool frmMain::nextEntry() {
     if (!PlayerSettings::audioRandomize()) {
         ++PlayIndex;
         if (PlayIndex > PlayQueue.size() - 1) {
             if (!PlayerSettings::playlistLoop()) {
                 mnuStop();
-                return;
+                return false;
             }
             PlayIndex = 0;
         }
@@ -180,6 +239,11 @@ void frmMain::Play_Done() {
         Randomize();
         PlayIndex = long(Int(double(List1.size()) * Rnd() + 1));
     }
+    return true;
+}
+
+void frmMain::Play_Done() {
+    if (!PlaylistRunning || !nextEntry()) return;
     if (PlaylistRunning) {
         Play_Start();
         ShowEntryTitle();
@@ -199,8 +263,9 @@ bool frmMain::waitForDisc(CDReader& reader) {
     QPointer<CDReader> guard(&reader);
     reader.Open();
     cdWaitStart_ = Clock::get().msecs();
-    const bool ready = Clock::get().wait(15000, [&guard] { return guard && guard->DiscPresent(); });
-    if (!guard) return false;
+    const bool ready = Clock::get().wait(
+        15000, [this, &guard] { return unloaded() || (guard && guard->DiscPresent()); });
+    if (!guard || unloaded()) return false;
     if (!ready) {
         MsgBoxShow(QStringLiteral("CD not ready (15 second timeout)."), Mb::Exclamation);
         return false;
@@ -259,14 +324,26 @@ void frmMain::Timer2_Timer() {
 }
 
 double frmMain::playerPosition() {
+    QueueView* view = loadedWindow<QueueView>();
+    MediaPlayer* am = view ? view->AM() : nullptr;
+    VideoPlayerWindow* video = loadedWindow<VideoPlayerWindow>();
+    MediaPlayer* film = video ? video->MP() : nullptr;
+    MediaPlayer* hidden = frmTemp::get().MP.get();
     MediaPlayer* mp = nullptr;
-    if (PlaylistRunning) {
-        if (QueueView* view = loadedWindow<QueueView>()) mp = view->AM();
-    } else if (isVideo(extensionOf(CurrentFile))) {
-        if (VideoPlayerWindow* video = loadedWindow<VideoPlayerWindow>()) mp = video->MP();
-    } else {
-        mp = frmTemp::get().MP.get();
-    }
+    if (PlaylistRunning)
+        mp = am;
+    else if (isVideo(extensionOf(CurrentFile)))
+        mp = film;
+    else
+        mp = hidden;
+    // Outside a run a row may play alone in the queue's player: the face reads the player
+    // that plays, not the one the file's class names.
+    const auto playing = [](MediaPlayer* p) {
+        return p && p->PlayState() == MediaPlayer::mpPlaying;
+    };
+    if (!PlaylistRunning && !playing(mp))
+        for (MediaPlayer* other : {hidden, film, am})
+            if (playing(other)) mp = other;
     return mp ? mp->CurrentPosition() : 0.0;
 }
 

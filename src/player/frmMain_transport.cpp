@@ -139,7 +139,10 @@ void frmMain::mnuPause() {
     // is idle then.
     if (t.mnuPause->text() == QLatin1String("Pa&use")) {
         t.mnuPause->setText(QStringLiteral("&Resume"));
-        if (MediaPlayer* am = queueAM(); am && PlaylistRunning) am->Pause();
+        // A row played alone plays in the queue's player too, outside a run.
+        if (MediaPlayer* am = queueAM();
+            am && (PlaylistRunning || am->PlayState() == MediaPlayer::mpPlaying))
+            am->Pause();
         if (isAudioCD(ext)) {
             Timer2.setEnabled(false);
             CDR_Timer.setEnabled(false);
@@ -155,7 +158,9 @@ void frmMain::mnuPause() {
         if (!isAudioCD(ext)) Timer3.setEnabled(false);
     } else {
         t.mnuPause->setText(QStringLiteral("Pa&use"));
-        if (MediaPlayer* am = queueAM(); am && PlaylistRunning) am->Play();
+        if (MediaPlayer* am = queueAM();
+            am && (PlaylistRunning || am->PlayState() == MediaPlayer::mpPaused))
+            am->Play();
         if (isAudioCD(ext)) {
             if (reader) {
                 const QList<CDTrack> tracks = reader->Tracks();

@@ -146,6 +146,22 @@ TEST_F(StartupTest, VolumesComeFromTheSettingAndTheMixer) {
     EXPECT_EQ(ReadAppSetting("Master Volume", "x"), "64");
 }
 
+TEST_F(StartupTest, OutOfRangeNumbersInTheSettingsAreSkippedNotWrapped) {
+    // A volume past a byte and a position past any screen: each statement is passed over.
+    for (const char* volume : {"300", "-5"}) {
+        SaveAppSetting("Volume", volume);
+        SaveAppSetting("Position", "1");
+        SaveAppSetting("Main Window Top", "1e308");
+        SaveAppSetting("Main Window Left", "150");
+        frmMain* main = start();
+        EXPECT_EQ(main->PlayerVolume, 0) << volume;
+        const double tpp = 1440.0 / main->screen()->logicalDotsPerInchX();
+        EXPECT_EQ(main->x(), qRound(150 / tpp));
+        EXPECT_TRUE(main->isVisible());
+        closeAll();
+    }
+}
+
 TEST_F(StartupTest, HiddenPlayerTakesThePlayersVolumeCentred) {
     FakeMediaPlayer::install();
     SaveAppSetting("Volume", "50");

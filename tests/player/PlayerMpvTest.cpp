@@ -105,22 +105,35 @@ TEST_F(PlayerMpvTest, DamagedTruncatedAndEmptyFilesGiveTheMessageAndNoUserFileIs
     }
 }
 
-TEST_F(PlayerMpvTest, AQueueOfThreeFilesRunsThroughInOrder) {
+TEST_F(PlayerMpvTest, AQueueRunsThroughInOrderWithMetafilesPlayedOrPassedOver) {
     const QString a = path(QStringLiteral("a.wav"));
     const QString b = path(QStringLiteral("b.mp3"));
     const QString c = path(QStringLiteral("c.mpa"));  // sound, but played as video
     ASSERT_TRUE(writeTone(a, 0.5));
     ASSERT_TRUE(writeMp3Tone(b, 0.6));
     ASSERT_TRUE(writeMp3Tone(c, 0.7));
-    main->List1 = {a, b, c};
+    // Metafiles play their entries; one whose entries are all missing is refused, told,
+    // and the run goes on.
+    const QString m3u = path(QStringLiteral("list.m3u"));
+    const QString asx = path(QStringLiteral("show.asx"));
+    const QString wax = path(QStringLiteral("sound.wax"));
+    const QString wvx = path(QStringLiteral("gone.asx"));
+    ASSERT_TRUE(writeBytes(m3u, "#EXTM3U\r\nmissing.wav\r\nb.mp3\r\n"));
+    ASSERT_TRUE(writeBytes(asx, "<ASX version=\"3.0\"><Entry><REF HREF=\"a.wav\"/></Entry></ASX>"));
+    ASSERT_TRUE(
+        writeBytes(wax, ("<asx><entry><ref href='file://" + b + "'/></entry></asx>").toUtf8()));
+    ASSERT_TRUE(writeBytes(wvx, "<asx><entry><ref href=\"nothing.wmv\"/></entry></asx>"));
+    main->List1 = {a, m3u, asx, wvx, wax, c};
 
     main->mnuRunPlaylist();
-    ASSERT_TRUE(waitFor([&] { return main->PlayQueue.isEmpty(); }));
+    ASSERT_TRUE(waitFor([&] { return main->PlayQueue.isEmpty(); }, 60000));
 
-    EXPECT_EQ(ended, (QStringList{a, b, c}));
+    EXPECT_EQ(ended, (QStringList{a, m3u, asx, wax, c}));
     EXPECT_EQ(main->PlaylistRunning, VFalse);
     EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
-    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(msgBox().texts(), QStringList{QStringLiteral(
+                                    "An error occurred attempting to play the current file.  "
+                                    "The file is invalid, corrupt, or an unsupported format.")});
 }
 
 }  // namespace

@@ -7,10 +7,14 @@
 
 namespace cantovel::test {
 
-void FakeClock::doEvents() { QCoreApplication::processEvents(); }
+void FakeClock::doEvents() {
+    EventsRunning running;
+    QCoreApplication::processEvents();
+}
 
 bool FakeClock::wait(int ms, const std::function<bool()>& done) {
     ++waits;
+    EventsRunning running;
     const qint64 end = now_ + ms;
     for (;;) {
         QCoreApplication::processEvents();
@@ -47,6 +51,8 @@ void FakeClock::timerChanged(Timer* timer) {
         due_.remove(timer);
 }
 
-void FakeClock::timerGone(Timer* timer) { due_.remove(timer); }
+void FakeClock::timerGone(Timer* timer) {
+    due_.remove(timer);
+}
 
 }  // namespace cantovel::test

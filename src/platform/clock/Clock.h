@@ -6,12 +6,14 @@
 #include <QtGlobal>
 #include <functional>
 
+class QObject;
+
 namespace cantovel {
 
 class Timer;
 
 class Clock {
-public:
+  public:
     virtual ~Clock() = default;
 
     // Milliseconds from an arbitrary start, never going back.
@@ -29,6 +31,21 @@ public:
     virtual void timerGone(Timer* timer) = 0;
 
     static Clock& get();
+};
+
+// Marks a call in which events run: a wait, DoEvents, a modal dialog. A window that closes
+// meanwhile is destroyed only once no such call is left on the stack, so every procedure
+// that waits still has its own window to look at when its wait returns.
+class EventsRunning {
+  public:
+    EventsRunning();
+    ~EventsRunning();
+    EventsRunning(const EventsRunning&) = delete;
+    EventsRunning& operator=(const EventsRunning&) = delete;
+
+    static int depth();
+    // Deletes `object` later: at once when no call runs events, else after the last returns.
+    static void deleteWhenIdle(QObject* object);
 };
 
 }  // namespace cantovel

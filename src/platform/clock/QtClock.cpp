@@ -9,17 +9,25 @@
 
 namespace cantovel {
 
-QtClock::QtClock() { started_.start(); }
+QtClock::QtClock() {
+    started_.start();
+}
 
-qint64 QtClock::msecs() const { return started_.elapsed(); }
+qint64 QtClock::msecs() const {
+    return started_.elapsed();
+}
 
 double QtClock::secondsSinceMidnight() const {
     return QTime::currentTime().msecsSinceStartOfDay() / 1000.0;
 }
 
-void QtClock::doEvents() { QCoreApplication::processEvents(QEventLoop::AllEvents); }
+void QtClock::doEvents() {
+    EventsRunning running;
+    QCoreApplication::processEvents(QEventLoop::AllEvents);
+}
 
 bool QtClock::wait(int ms, const std::function<bool()>& done) {
+    EventsRunning running;
     QElapsedTimer waited;
     waited.start();
     // A short heartbeat wakes the loop so `done` is looked at even when nothing else
@@ -47,6 +55,8 @@ void QtClock::timerChanged(Timer* timer) {
         qt->stop();
 }
 
-void QtClock::timerGone(Timer* timer) { timers_.remove(timer); }
+void QtClock::timerGone(Timer* timer) {
+    timers_.remove(timer);
+}
 
 }  // namespace cantovel

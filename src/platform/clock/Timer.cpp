@@ -1,5 +1,9 @@
 #include "platform/clock/Timer.h"
 
+#include <QList>
+#include <QPointer>
+#include <utility>
+
 #include "platform/Components.h"
 #include "platform/clock/Clock.h"
 
@@ -7,6 +11,36 @@ namespace cantovel {
 
 Clock& Clock::get() {
     return Components::service<Clock>();
+}
+
+namespace {
+int eventsDepth = 0;
+QList<QPointer<QObject>>& heldBack() {
+    static QList<QPointer<QObject>> objects;
+    return objects;
+}
+}  // namespace
+
+EventsRunning::EventsRunning() {
+    ++eventsDepth;
+}
+
+EventsRunning::~EventsRunning() {
+    if (--eventsDepth > 0) return;
+    const QList<QPointer<QObject>> due = std::exchange(heldBack(), {});
+    for (const QPointer<QObject>& object : due)
+        if (object) object->deleteLater();
+}
+
+int EventsRunning::depth() {
+    return eventsDepth;
+}
+
+void EventsRunning::deleteWhenIdle(QObject* object) {
+    if (eventsDepth > 0)
+        heldBack().append(object);
+    else
+        object->deleteLater();
 }
 
 Timer::Timer(int interval, QObject* parent) : QObject(parent), interval_(interval) {}

@@ -2,8 +2,8 @@
 // The media player control the windows drive (MP, AM, ActiveMovie1): one file at a time,
 // with the classic control's states, units and events.
 //
-//  - Setting the file name opens the file before it returns (a bounded wait that lets
-//    events run) and leaves it stopped at the start; it never starts playing by itself.
+//  - Setting the file name opens the file before it returns (a bounded wait in which no
+//    other event runs) and leaves it stopped at the start; it never starts playing by itself.
 //    A file the player refuses gives ErrorFail, from the setter and from lastError().
 //    The empty name closes the file.
 //  - Opening reports OpenStateChange(0, 5) and then (5, 6) once the file is open, by which

@@ -3,6 +3,7 @@
 #include <mpv/client.h>
 #include <mpv/stream_cb.h>
 
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QMetaObject>
 #include <algorithm>
@@ -11,6 +12,7 @@
 #include "app/FileNames.h"
 #include "platform/clock/Clock.h"
 #include "platform/mediaplayer/MpvVideoSurface.h"
+#include "playlist/PlaylistFile.h"
 
 namespace cantovel {
 
@@ -241,15 +243,23 @@ int MpvMediaPlayer::setFileName(const QString& name) {
     if (mpv_) {
         prepareVideoOutput();
         mpv_set_property_string(mpv_, "pause", "yes");
-        outcome_ = Outcome::Pending;
-        failure_.clear();
-        // mpv takes a file name as the kernel does: its bytes, whatever they are.
-        const QByteArray path = NameToBytes(name);
-        command(mpv_, {"loadfile", path.constData(), "replace"});
-        entryId_ = intProperty(mpv_, "playlist/0/id", -1);
-        Clock::get().wait(openTimeoutMs_,
-                          [&] { return superseded() || outcome_ != Outcome::Pending; });
-        if (superseded()) return 0;
+        // A media metafile (".m3u", ".asx", ...) opens as the first of its entries that
+        // opens, as the classic control played them.
+        const bool meta = PlaylistFile::IsMetafile(name);
+        const QStringList targets = meta ? PlaylistFile::MetafileEntries(name) : QStringList{name};
+        outcome_ = Outcome::Failed;
+        failure_ = QStringLiteral("no entries");
+        for (const QString& target : targets) {
+            outcome_ = Outcome::Pending;
+            failure_.clear();
+            // mpv takes a file name as the kernel does: its bytes, whatever they are.
+            const QByteArray path = NameToBytes(target);
+            command(mpv_, {"loadfile", path.constData(), "replace"});
+            entryId_ = intProperty(mpv_, "playlist/0/id", -1);
+            waitForOutcome(superseded);
+            if (superseded()) return 0;
+            if (outcome_ != Outcome::Failed) break;
+        }
     }
     if (mpv_ && outcome_ == Outcome::Loaded) {
         readImageSize();
@@ -264,6 +274,20 @@ int MpvMediaPlayer::setFileName(const QString& name) {
     entryId_ = -1;
     fileName_.clear();
     return reportRefused(reason);
+}
+
+void MpvMediaPlayer::waitForOutcome(const std::function<bool()>& superseded) {
+    // The player's own wait: only mpv's events are handled, never the user's input or a
+    // command from another start, so nothing can nest inside an open; they are handled
+    // afterwards, in the order they came.
+    QElapsedTimer waited;
+    waited.start();
+    while (mpv_ && !shutDown_ && outcome_ == Outcome::Pending && !superseded()) {
+        const qint64 left = openTimeoutMs_ - waited.elapsed();
+        if (left <= 0) break;
+        const mpv_event* event = mpv_wait_event(mpv_, std::min<qint64>(left, 100) / 1000.0);
+        if (event->event_id != MPV_EVENT_NONE) handleEvent(*event);
+    }
 }
 
 void MpvMediaPlayer::closeFile() {

@@ -28,6 +28,7 @@
 #include <QPointer>
 #include <QWidget>
 #include <atomic>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -83,6 +84,8 @@ class MpvMediaPlayer : public MediaPlayer {
     static void wakeup(void* self);
     void drainEvents();
     void handleEvent(const mpv_event& event);
+    // Handles mpv's events alone until the open has an outcome, times out or is superseded.
+    void waitForOutcome(const std::function<bool()>& superseded);
     void closeFile();
     void prepareVideoOutput();
     // Switches mpv between drawing on the surface and the null output.

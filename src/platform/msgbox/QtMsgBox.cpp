@@ -5,6 +5,7 @@
 #include <QPushButton>
 
 #include "platform/Components.h"
+#include "platform/clock/Clock.h"
 
 namespace cantovel {
 
@@ -58,7 +59,10 @@ int QtMsgBox::show(const QString& text, int style, const QString& title, QWidget
     if (style & Mb::SystemModal) box.setWindowModality(Qt::ApplicationModal);
     if (style & (Mb::SetForeground | Mb::SystemModal))
         box.setWindowFlag(Qt::WindowStaysOnTopHint, true);
-    box.exec();
+    {
+        EventsRunning running;
+        box.exec();
+    }
     auto clicked = box.standardButton(box.clickedButton());
     for (const auto& b : buttons)
         if (b.button == clicked) return b.answer;
