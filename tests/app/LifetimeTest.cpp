@@ -18,6 +18,12 @@
 #include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define CANTOVEL_CLANG_ASAN 1
+#endif
+#endif
 #include "support/AppTest.h"
 #include "support/AudioFixtures.h"
 #include "support/FakeCDReader.h"
@@ -180,7 +186,11 @@ TEST_F(LifetimeTest, ABurstOfTenThousandHandOversNeverNestsAndAFileAfterThemPlay
 
     EXPECT_EQ(msgBox().shown.size(), Burst);
     EXPECT_LE(deepest, 1);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(CANTOVEL_CLANG_ASAN)
+    // AddressSanitizer holds freed memory in quarantine, so only a plain build can say
+    // that the burst left memory bounded.
     EXPECT_LT(residentBytes() - before, qint64(100) << 20);
+#endif
     EXPECT_EQ(frmMain::instance()->TitleText(), QStringLiteral("tone.wav"));
 }
 

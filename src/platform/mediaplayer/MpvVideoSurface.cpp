@@ -29,6 +29,9 @@ MpvVideoSurface::MpvVideoSurface(QWidget* host, std::function<void(bool)> output
 }
 
 MpvVideoSurface::~MpvVideoSurface() {
+    // The context dies later, in the base class's destructor: its end must not call back
+    // into the part of this object that is already gone.
+    if (context()) disconnect(context(), nullptr, this, nullptr);
     release();
 }
 
