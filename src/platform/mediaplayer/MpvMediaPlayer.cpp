@@ -315,6 +315,10 @@ void MpvMediaPlayer::setVideoOutput(const char* vo) {
     // all, and the end would never be seen: observed afresh, the flag is reported anew.
     mpv_unobserve_property(mpv_, ObserveEof);
     mpv_observe_property(mpv_, ObserveEof, "eof-reached", MPV_FORMAT_FLAG);
+    // mpv's own seek back for the new output's first picture can stall for good in a film
+    // read through a stream of ours (a Video CD) when it comes mid-play, as it does on a
+    // busy machine: a seek of ours to the same place replaces it.
+    if (isOpen() && !atEnd()) seekTo(CurrentPosition());
 }
 
 void MpvMediaPlayer::addStreamProtocol(const char* protocol, void* userData, StreamOpener open) {
