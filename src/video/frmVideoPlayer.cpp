@@ -154,6 +154,10 @@ void frmVideoPlayer::MP_PlayStateChange(int, int newState) {
 }
 
 bool frmVideoPlayer::unloadEvent() {
+    // The window may outlive its unload until the waits on the stack return; its timers
+    // would meanwhile switch the main window's display off for a player that has stopped.
+    Timer1.setEnabled(false);
+    Timer2.setEnabled(false);
     if (frmMain* main = frmMain::instance(); main && !main->StopRequested && !AppClosing)
         main->PlayStopped();
     const double tpp = TwipsPerPixel(this);

@@ -1,0 +1,187 @@
+// The main window's elapsed digits, read back from the painted face, while files play in
+// the real players on a real desktop: the face follows whichever player plays the file the
+// user chose, and goes back to idle at its end.
+#include <gtest/gtest.h>
+
+#include <QLocalSocket>
+#include <QStandardPaths>
+#include <QTest>
+
+#include "app/Forms.h"
+#include "app/SubMain.h"
+#include "platform/Components.h"
+#include "platform/clock/QtClock.h"
+#include "platform/filmplayer/MpvFilmPlayer.h"
+#include "platform/instance/LocalInstanceLink.h"
+#include "platform/mediaplayer/MpvMediaPlayer.h"
+#include "player/PlayerWindows.h"
+#include "player/frmMain.h"
+#include "player/frmTemp.h"
+#include "playlist/frmPlaylist.h"
+#include "support/AppTest.h"
+#include "support/AudioFixtures.h"
+#include "support/DesktopSession.h"
+#include "support/FakeCDReader.h"
+#include "support/FakeFileDialogs.h"
+#include "support/FakeMixer.h"
+#include "support/FakeMruList.h"
+#include "support/FakeShell.h"
+#include "support/ScopedEnv.h"
+#include "support/TestFilms.h"
+#include "video/frmVideoPlayer.h"
+#include "video/frmVideoPlaylistView.h"
+#include "video/frmVivoPlayer.h"
+
+using namespace cantovel;
+using namespace cantovel::test;
+
+namespace {
+
+const bool desktop = requestDesktopSession();
+
+class FaceFollowsPlayerTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        REQUIRE_DESKTOP_SESSION();
+        env.set("CANTOVEL_AO", QByteArray("null"));
+        Components::provideService<Clock>(std::make_shared<QtClock>());
+        Components::provideService<Mixer>(std::make_shared<FakeMixer>());
+        Components::provideService<Shell>(std::make_shared<FakeShell>());
+        Components::provideService<FileDialogs>(dialogs);
+        Components::provideFactory<InstanceLink>(
+            [] { return std::make_unique<LocalInstanceLink>(); });
+        Components::provideFactory<MruList>([] { return std::make_unique<FakeMruList>(); });
+        FakeCDReader::install();
+        Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+        Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
+        Components::provideFactory<PlaylistView>([] { return std::make_unique<frmPlaylist>(); });
+        Components::provideFactory<QueueView>(
+            [] { return std::make_unique<frmVideoPlaylistView>(); });
+        Components::provideFactory<VideoPlayerWindow>(
+            [] { return std::make_unique<frmVideoPlayer>(); });
+        Components::provideFactory<VivoPlayerWindow>(
+            [] { return std::make_unique<frmVivoPlayer>(); });
+        ASSERT_EQ(SubMain({QStringLiteral("cantovel")}), -1);
+        main = frmMain::instance();
+        ASSERT_TRUE(main && QTest::qWaitForWindowExposed(main));
+    }
+    void TearDown() override {
+        UnloadAllForms();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        AppTest::TearDown();
+    }
+    static bool waitFor(const std::function<bool()>& done, int ms = 30000) {
+        return Clock::get().wait(ms, done);
+    }
+    static bool playing(const MediaPlayer* mp) {
+        return mp && mp->PlayState() == MediaPlayer::mpPlaying;
+    }
+    QString tone(const QString& name, double seconds) {
+        const QString path = tempDir() + u'/' + name;
+        EXPECT_TRUE(writeTone(path, seconds));
+        return path;
+    }
+
+    // The six elapsed digits as the face paints them, '-' for a blank cell.
+    QString elapsedOnFace() {
+        const QImage face = main->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        QString shown;
+        for (int i = 0; i < 6; ++i) {
+            QChar c = u'?';
+            for (int d = 0; d < 10; ++d) {
+                const QImage digit =
+                    main->clpDigits.GraphicCell(d).toImage().convertToFormat(QImage::Format_RGB32);
+                if (face.copy(QRect(main->imgTime[i].rect.topLeft(), digit.size())) == digit)
+                    c = QChar(u'0' + d);
+            }
+            shown += c;
+        }
+        return shown;
+    }
+    // Once `mp` has played three seconds, says whether the face shows that, to the second.
+    ::testing::AssertionResult faceFollows(MediaPlayer* mp) {
+        if (!waitFor([&] { return mp->CurrentPosition() >= 3; }))
+            return ::testing::AssertionFailure() << "the file never played three seconds";
+        QString shown;
+        double at = 0;
+        // The face's timer ticks ten times a second; a busy machine may delay a few ticks.
+        waitFor(
+            [&] {
+                shown = elapsedOnFace();
+                at = mp->CurrentPosition();
+                return shown.toInt() >= 3 && shown.toInt() <= at + 1;
+            },
+            3000);
+        if (shown.toInt() >= 3 && shown.toInt() <= at + 1) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure()
+               << "the face shows " << shown.toStdString() << " while the file is at " << at;
+    }
+    // Idle: the thumb back at the groove's start and the File menu offering to open.
+    bool idle() {
+        return main->imgPlayProgress.Left() == 16 &&
+               frmTemp::get().mnuPlay->text() == QLatin1String("&Open...");
+    }
+
+    ScopedEnv env;
+    std::shared_ptr<FakeFileDialogs> dialogs = std::make_shared<FakeFileDialogs>();
+    frmMain* main = nullptr;
+};
+
+TEST_F(FaceFollowsPlayerTest, ARowDoubleClickedInThePlaylistEditorDrivesTheFace) {
+    const QString longer = tone(QStringLiteral("Longer.wav"), 60);
+    const QString row = tone(QStringLiteral("Row.wav"), 6);
+    dialogs->scriptFiles({longer});
+    QTest::keyClick(main, Qt::Key_O, Qt::ControlModifier);
+    MediaPlayer* hidden = frmTemp::get().MP.get();
+    ASSERT_TRUE(waitFor([&] { return playing(hidden); }));
+
+    QTest::keyClick(main, Qt::Key_E, Qt::ControlModifier);
+    auto* editor = Forms::find<frmPlaylist>();
+    ASSERT_TRUE(editor && QTest::qWaitForWindowExposed(editor));
+    dialogs->scriptFiles({row});
+    editor->mnuAdd();
+    ASSERT_EQ(editor->lstPlayListCount(), 2);
+    QWidget* rows = editor->lstPlayList->viewport();
+    QTest::mouseDClick(
+        rows, Qt::LeftButton, {},
+        editor->lstPlayList->visualRect(editor->lstPlayList->model()->index(1, 0)).center());
+
+    QueueView* queue = nullptr;
+    ASSERT_TRUE(
+        waitFor([&] { return (queue = loadedWindow<QueueView>()) && playing(queue->AM()); }));
+    EXPECT_EQ(queue->AM()->fileName(), row);
+    EXPECT_FALSE(playing(hidden)) << "two files sound at once";
+    EXPECT_TRUE(faceFollows(queue->AM()));
+    EXPECT_TRUE(waitFor([&] { return idle(); }));
+}
+
+TEST_F(FaceFollowsPlayerTest, AFileHandedOverBesideAFinishedFilmsWindowDrivesTheFace) {
+    if (QStandardPaths::findExecutable(QStringLiteral("ffmpeg")).isEmpty())
+        GTEST_SKIP() << "skipped: ffmpeg is missing, and with it the test film";
+    const QString film = tempDir() + QStringLiteral("/Short.avi");
+    ASSERT_TRUE(writeTestFilm(film, 1.5));
+    const QString song = tone(QStringLiteral("Song.wav"), 6);
+    dialogs->scriptFiles({film});
+    QTest::keyClick(main, Qt::Key_O, Qt::ControlModifier);
+    auto* video = Forms::find<frmVideoPlayer>();
+    ASSERT_TRUE(video && waitFor([&] { return playing(video->MP()); }));
+    ASSERT_TRUE(waitFor([&] { return !playing(video->MP()); }));
+    ASSERT_TRUE(video->isVisible());
+
+    // A later start hands the song over.
+    QLocalSocket later;
+    later.connectToServer(qEnvironmentVariable("XDG_RUNTIME_DIR") +
+                          QStringLiteral("/cantovel.socket"));
+    ASSERT_TRUE(later.waitForConnected(10000));
+    later.write(song.toUtf8() + '\n');
+    later.flush();
+
+    MediaPlayer* hidden = frmTemp::get().MP.get();
+    ASSERT_TRUE(waitFor([&] { return playing(hidden); }));
+    EXPECT_EQ(hidden->fileName(), song);
+    EXPECT_TRUE(faceFollows(hidden));
+    EXPECT_TRUE(waitFor([&] { return idle(); }));
+}
+
+}  // namespace
