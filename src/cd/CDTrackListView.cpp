@@ -48,6 +48,9 @@ bool CDTrackListView::Fill(const CDReader& reader, long& trackCountShown) {
     clear();
     if (!reader.DiscPresent()) return false;
     if (!reader.DirectoryRead()) {
+        // Counted as listed, so the window's tick does not ask again every half second
+        // until the disc changes.
+        trackCountShown = reader.TrackCount();
         MsgBoxShow(QStringLiteral("Unable to read CD directory"));
         return false;
     }

@@ -18,8 +18,9 @@ class CDTrackListView : public QTreeWidget {
     static constexpr int AudioPicture = 2, DataPicture = 3;
 
     // Reads the disc into the list (errors passed over): empties it; with a disc present
-    // but no table of contents shows "Unable to read CD directory"; else sets
-    // `trackCountShown` and adds a line for each track. False when nothing was listed.
+    // but no table of contents sets `trackCountShown` to the reader's count (0) and shows
+    // "Unable to read CD directory"; else sets `trackCountShown` and adds a line for each
+    // track. False when nothing was listed.
     bool Fill(const CDReader& reader, long& trackCountShown);
 
     // "h:mm:ss", with ".ff" frames when asked.

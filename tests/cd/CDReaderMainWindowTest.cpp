@@ -1,6 +1,9 @@
 // The main window plays a track of a disc image through the real CD reader: opening
-// "Track02.cda" from the drive's folder plays that track with the time running.
+// "Track02.cda" from the drive's folder plays that track with the time running, and a
+// track of an image whose BIN is shorter than its CUE says ends where the data ends.
 #include <gtest/gtest.h>
+
+#include <QFile>
 
 #include "platform/cdreader/CdioCDReader.h"
 #include "platform/clock/QtClock.h"
@@ -29,6 +32,10 @@ class CDReaderMainWindowTest : public PlayerTest {
                 .cuePath(),
             1);
         drives->add(DiscImage::build(tempDir(), {150, 225}).cuePath(), 2);
+        // F: the CUE tells of 150 and 75 sectors; the BIN holds 100.
+        const DiscImage cut = DiscImage::build(tempDir() + QStringLiteral("/cut"), {150, 75});
+        ASSERT_TRUE(QFile::resize(cut.binPath(), 100 * DiscImage::kSectorBytes));
+        drives->add(cut.cuePath(), 2);
         Components::provideService<CdDrives>(drives);
         Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
     }
@@ -55,6 +62,16 @@ TEST_F(CDReaderMainWindowTest, OpeningATrackFilePlaysItFromItsOwnDriveWithTheTim
     // And the end of the track returns the window to idle.
     ASSERT_TRUE(Clock::get().wait(5000, [&] { return !main->CDR_Timer.isEnabled(); }));
     EXPECT_EQ(temp->mnuPlay->text(), "&Open...");
+}
+
+TEST_F(CDReaderMainWindowTest, APlayOfAShortImageEndsWhereTheDataEnds) {
+    for (const char* track : {"/Track01.cda", "/Track02.cda"}) {
+        SCOPED_TRACE(track);
+        openByDialog(drives->TrackFolder(u'F') + QLatin1String(track));
+        EXPECT_TRUE(msgBox().shown.isEmpty());
+        ASSERT_TRUE(Clock::get().wait(10000, [&] { return !main->CDR_Timer.isEnabled(); }));
+        EXPECT_EQ(temp->mnuPlay->text(), "&Open...");
+    }
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 
 #include "app/FileNames.h"
 #include "platform/cdaudio/CdioQuiet.h"
+#include "platform/cddrives/DiscImageSource.h"
 
 namespace cantovel {
 
@@ -137,7 +138,7 @@ int CdAudioPlayer::openStream(void*, char* uri, mpv_stream_cb_info* info) {
     auto stream = std::make_unique<Stream>();
     stream->first = parts[0].toLongLong();
     stream->count = parts[1].toLongLong();
-    stream->cdio = cdio_open(device.constData(), DRIVER_UNKNOWN);
+    stream->cdio = openDisc(NameFromBytes(device));
     if (!stream->cdio || stream->count <= 0) return MPV_ERROR_LOADING_FAILED;
     info->cookie = stream.release();
     info->read_fn = &Stream::read;
@@ -157,6 +158,17 @@ bool CdAudioPlayer::play(const QString& device, qint64 first, qint64 count) {
     count_ = std::max<qint64>(count, 0);
     stoppedAt_ = first_;
     ++serial_;
+    if (count_ == 0) {
+        // Nothing to sound: the play is over where it began, as at the end of a stretch.
+        setState(Stopped);
+        QMetaObject::invokeMethod(
+            this,
+            [this, serial = serial_] {
+                if (serial == serial_ && state_ == Stopped) emit finished();
+            },
+            Qt::QueuedConnection);
+        return true;
+    }
     const QByteArray uri = QByteArray(kProtocol) + "://" + QByteArray::number(first_) + '/' +
                            QByteArray::number(count_) + '/' +
                            NameToBytes(device).toPercentEncoding();

@@ -37,7 +37,8 @@ class CdAudioPlayer : public QObject {
 
     // Plays `count` sectors from `first` of the disc in `device` (a device node or an image
     // libcdio opens). Returns at once; false when mpv refused to start it. A disc that
-    // cannot be read ends the play, with finished() not raised and errorText() set.
+    // cannot be read ends the play, with finished() not raised and errorText() set. A
+    // play of no sectors is over at once, with finished() raised.
     bool play(const QString& device, qint64 first, qint64 count);
     void pause();
     void resume();

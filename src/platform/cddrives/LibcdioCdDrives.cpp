@@ -5,11 +5,11 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 #include "app/FileNames.h"
 #include "app/Settings.h"
 #include "platform/cddrives/CdaFile.h"
+#include "platform/cddrives/DiscImageSource.h"
 
 namespace cantovel {
 
@@ -79,10 +79,7 @@ void LibcdioCdDrives::SetImageList(const QStringList& images) {
 }
 
 QString LibcdioCdDrives::FolderOf(QChar letter) {
-    QString runtime = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (runtime.isEmpty())
-        runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    return runtime + QStringLiteral("/cantovel/cd/") + letter.toUpper();
+    return RuntimeFolder() + QStringLiteral("/cd/") + letter.toUpper();
 }
 
 QList<CdDrive> LibcdioCdDrives::Drives() {
@@ -107,7 +104,7 @@ QString LibcdioCdDrives::TrackFolder(QChar letter) {
     const QString folder = FolderOf(letter);
     if (drive.Letter.isNull()) return QString();
 
-    CdIo_t* cdio = cdio_open(NameToBytes(drive.Device).constData(), DRIVER_UNKNOWN);
+    CdIo_t* cdio = openDisc(drive.Device);
     const track_t first = cdio ? cdio_get_first_track_num(cdio) : track_t(CDIO_INVALID_TRACK);
     const track_t count = cdio ? cdio_get_num_tracks(cdio) : track_t(CDIO_INVALID_TRACK);
     if (!cdio || first == CDIO_INVALID_TRACK || count == CDIO_INVALID_TRACK || count == 0) {

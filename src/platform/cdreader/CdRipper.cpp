@@ -3,6 +3,7 @@
 #include <cdio/cdio.h>
 #include <cdio/paranoia/cdda.h>
 #include <cdio/paranoia/paranoia.h>
+#include <cdio/read.h>
 
 #include <QFile>
 #include <algorithm>
@@ -12,6 +13,7 @@
 
 #include "app/FileNames.h"
 #include "platform/cdaudio/CdioQuiet.h"
+#include "platform/cddrives/DiscImageSource.h"
 #include "platform/wavechain/AudioSource.h"
 #include "platform/wavechain/Resampler.h"
 #include "platform/wavechain/SoundSink.h"
@@ -43,15 +45,21 @@ struct Drive {
     }
 
     bool open(const CdRipper::Job& job) {
-        const QByteArray device = NameToBytes(job.device);
-        cdio = cdio_open(device.constData(), DRIVER_UNKNOWN);
+        cdio = openDisc(job.device);
         if (!cdio) return false;
+        // Sectors past the disc's end (an image's BIN shorter than its CUE says) are not
+        // there to read; paranoia would hand out silence for them.
+        const lsn_t end = cdio_get_track_lsn(cdio, CDIO_CDROM_LEADOUT_TRACK);
+        if (job.count <= 0 || end == CDIO_INVALID_LSN || job.first + job.count > end) return false;
+        // An image reads the same every time, in a CD's little-endian samples: it is read as
+        // it stands. (Paranoia would not even open one whose CUE puts a track past the end
+        // of its BIN.)
+        if (cdio_get_driver_id(cdio) != DRIVER_LINUX) return true;
         cdda = cdio_cddap_identify_cdio(cdio, CDDA_MESSAGE_FORGETIT, nullptr);
         if (!cdda) return false;
-        // An image holds little-endian samples, and so does every drive of a named type;
-        // only AutoDetect has paranoia look at the audio to decide.
-        const bool image = cdio_get_driver_id(cdio) != DRIVER_LINUX;
-        if (image || job.deviceType != 0) cdda->bigendianp = 0;
+        // Every drive of a named type gives little-endian samples; only AutoDetect has
+        // paranoia look at the audio to decide.
+        if (job.deviceType != 0) cdda->bigendianp = 0;
         if (cdio_cddap_open(cdda) != 0) return false;
         cdda->nsectors = std::clamp(job.blockCount, 1, kMaxBlockCount);
         if (job.copyMode != 1) {
@@ -68,6 +76,11 @@ struct Drive {
     // Reads up to `sectors` sectors at `lsn` into `out`; the sectors read, or -1.
     long read(qint64 lsn, int sectors, std::vector<short>& out) {
         out.resize(size_t(sectors) * kSectorSamples);
+        if (!cdda)
+            return cdio_read_audio_sectors(cdio, out.data(), lsn_t(lsn), unsigned(sectors)) ==
+                           DRIVER_OP_SUCCESS
+                       ? sectors
+                       : -1;
         if (!paranoia) {
             long done = 0;
             while (done < sectors) {

@@ -13,6 +13,7 @@
 #include "platform/cdaudio/CdAudioPlayer.h"
 #include "platform/cdaudio/CdioQuiet.h"
 #include "platform/cddrives/CdDrives.h"
+#include "platform/cddrives/DiscImageSource.h"
 #include "platform/cdreader/CdRipper.h"
 
 namespace cantovel {
@@ -93,11 +94,11 @@ void CdioCDReader::refresh() const {
         imageStamp_ = info.lastModified();
         imageSize_ = info.size();
         present_ = true;
-        cdio_ = cdio_open(NameToBytes(device_).constData(), DRIVER_UNKNOWN);
+        cdio_ = openDisc(device_);
         readToc();
         return;
     }
-    if (!cdio_) cdio_ = cdio_open(NameToBytes(device_).constData(), DRIVER_UNKNOWN);
+    if (!cdio_) cdio_ = openDisc(device_);
     if (!cdio_) {
         present_ = tocRead_ = false;
         tracks_.clear();
@@ -125,9 +126,12 @@ void CdioCDReader::readToc() const {
     leadOut_ = cdio_get_track_lsn(cdio_, CDIO_CDROM_LEADOUT_TRACK);
     for (track_t t = first; t < first + count; ++t) {
         const lsn_t start = cdio_get_track_lsn(cdio_, t);
-        const lsn_t next =
+        lsn_t next =
             t + 1 < first + count ? cdio_get_track_lsn(cdio_, track_t(t + 1)) : lsn_t(leadOut_);
         if (start == CDIO_INVALID_LSN || next == CDIO_INVALID_LSN) return;
+        // An image's sectors end where its BIN does, whatever its CUE says: a track holds
+        // what is there, so playing and copying it end where its data ends.
+        next = std::min<lsn_t>(next, lsn_t(leadOut_));
         CDTrack track;
         track.Number = t;
         track.StartPosition = FromFrames(start + kPregap);
@@ -185,7 +189,7 @@ CdAudioPlayer& CdioCDReader::player() {
 }
 
 quint32 CdioCDReader::Position() const {
-    if (!player_ || player_->count() == 0) return FromFrames(stoppedAt_);
+    if (!player_) return FromFrames(stoppedAt_);
     return FromFrames(player_->position() + kPregap);
 }
 
@@ -198,10 +202,9 @@ void CdioCDReader::PlayAudioTrack(int index) {
 void CdioCDReader::PlayAudioRange(quint32 start, quint32 length) {
     if (!DiscPresent()) return;
     const qint64 first = std::max<qint64>(ToFrames(start) - kPregap, 0);
-    // A range past the disc's end plays to the end.
+    // A range past the disc's end plays to the end; one wholly past it ends at once.
     const qint64 count = std::min<qint64>(ToFrames(length), leadOut_ - first);
-    if (count <= 0) return;
-    player().play(device_, first, count);
+    player().play(device_, first, std::max<qint64>(count, 0));
 }
 
 void CdioCDReader::StopAudio() {

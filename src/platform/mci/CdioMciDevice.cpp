@@ -9,6 +9,7 @@
 #include "platform/cdaudio/CdAudioPlayer.h"
 #include "platform/cdaudio/CdioQuiet.h"
 #include "platform/cddrives/CdDrives.h"
+#include "platform/cddrives/DiscImageSource.h"
 
 namespace cantovel {
 
@@ -93,7 +94,7 @@ void CdioMciDevice::close() {
 
 bool CdioMciDevice::readToc() {
     starts_.clear();
-    CdIo_t* cdio = cdio_open(NameToBytes(opened_).constData(), DRIVER_UNKNOWN);
+    CdIo_t* cdio = openDisc(opened_);
     if (!cdio) return false;
     const track_t first = cdio_get_first_track_num(cdio);
     const track_t count = cdio_get_num_tracks(cdio);

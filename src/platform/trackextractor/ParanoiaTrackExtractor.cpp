@@ -3,6 +3,7 @@
 #include <cdio/cdio.h>
 #include <cdio/paranoia/cdda.h>
 #include <cdio/paranoia/paranoia.h>
+#include <cdio/read.h>
 #include <sndfile.h>
 
 #include <QFile>
@@ -12,6 +13,7 @@
 #include "app/FileNames.h"
 #include "platform/Components.h"
 #include "platform/cddrives/CdDrives.h"
+#include "platform/cddrives/DiscImageSource.h"
 #include "platform/mediaplayer/MediaPlayer.h"
 #include "platform/wavechain/SoundSink.h"
 #include "platform/wavechain/StagedOutput.h"
@@ -29,7 +31,7 @@ using CdioHandle = std::unique_ptr<CdIo_t, CdioCloser>;
 
 CdioHandle openDisc(const QString& device) {
     if (device.isEmpty()) return nullptr;
-    return CdioHandle(cdio_open(NameToBytes(device).constData(), DRIVER_UNKNOWN));
+    return CdioHandle(cantovel::openDisc(device));
 }
 
 QList<ParanoiaTrackExtractor::Track> readToc(const QString& device) {
@@ -39,10 +41,13 @@ QList<ParanoiaTrackExtractor::Track> readToc(const QString& device) {
     const track_t first = cdio_get_first_track_num(cdio.get());
     const track_t count = cdio_get_num_tracks(cdio.get());
     if (first == CDIO_INVALID_TRACK || count == CDIO_INVALID_TRACK) return tracks;
+    // An image's sectors end where its BIN does, whatever its CUE says; paranoia would
+    // hand out silence for the rest.
+    const lsn_t end = cdio_get_track_lsn(cdio.get(), CDIO_CDROM_LEADOUT_TRACK);
     for (track_t t = first; t < first + count; ++t) {
         ParanoiaTrackExtractor::Track track;
         track.firstSector = cdio_get_track_lsn(cdio.get(), t);
-        track.lastSector = cdio_get_track_last_lsn(cdio.get(), t);
+        track.lastSector = std::min(cdio_get_track_last_lsn(cdio.get(), t), end - 1);
         track.audio = cdio_get_track_format(cdio.get(), t) == TRACK_FORMAT_AUDIO;
         tracks << track;
     }
@@ -57,6 +62,24 @@ bool extractSectors(const QString& device, qint32 first, qint32 last, SoundSink&
                     bool* writeFailed = nullptr) {
     CdioHandle cdio = openDisc(device);
     if (!cdio) return false;
+    const qint32 total = last - first + 1;
+    const auto put = [&](const int16_t* samples, qint32 done) {
+        if (!sink.write(samples, kFramesPerSector)) {
+            if (writeFailed) *writeFailed = true;
+            return false;
+        }
+        return progress(done + 1, total);
+    };
+    if (cdio_get_driver_id(cdio.get()) != DRIVER_LINUX) {
+        // An image reads the same every time: it is read as it stands. (Paranoia would not
+        // even open one whose CUE puts a track past the end of its BIN.)
+        int16_t sector[CDIO_CD_FRAMESIZE_RAW / 2];
+        for (qint32 done = 0; done < total; ++done)
+            if (cdio_read_audio_sectors(cdio.get(), sector, first + done, 1) != DRIVER_OP_SUCCESS ||
+                !put(sector, done))
+                return false;
+        return true;
+    }
     cdrom_drive_t* drive = cdio_cddap_identify_cdio(cdio.get(), CDDA_MESSAGE_FORGETIT, nullptr);
     if (!drive) return false;
     std::unique_ptr<cdrom_drive_t, void (*)(cdrom_drive_t*)> driveOwner(
@@ -69,15 +92,9 @@ bool extractSectors(const QString& device, qint32 first, qint32 last, SoundSink&
     // rather than stalling the run.
     cdio_paranoia_modeset(paranoia.get(), PARANOIA_MODE_FULL ^ PARANOIA_MODE_NEVERSKIP);
     cdio_paranoia_seek(paranoia.get(), first, SEEK_SET);
-    const qint32 total = last - first + 1;
     for (qint32 done = 0; done < total; ++done) {
         const int16_t* samples = cdio_paranoia_read(paranoia.get(), nullptr);
-        if (!samples) return false;
-        if (!sink.write(samples, kFramesPerSector)) {
-            if (writeFailed) *writeFailed = true;
-            return false;
-        }
-        if (!progress(done + 1, total)) return false;
+        if (!samples || !put(samples, done)) return false;
     }
     return true;
 }

@@ -15,6 +15,9 @@
 #include <memory>
 #include <vector>
 
+#include "app/FileNames.h"
+#include "platform/cddrives/DiscImageSource.h"
+
 namespace cantovel {
 
 namespace {
@@ -93,7 +96,7 @@ int openFilmStream(void*, char* uri, mpv_stream_cb_info* info) {
     const QByteArray source =
         QUrl::fromPercentEncoding(text.mid(slash + 1).toLatin1()).toLocal8Bit();
     auto stream = std::make_unique<FilmStream>();
-    stream->cdio = cdio_open(source.constData(), DRIVER_UNKNOWN);
+    stream->cdio = openDisc(NameFromBytes(source));
     if (!stream->cdio || track < 1) return MPV_ERROR_LOADING_FAILED;
     stream->first = cdio_get_track_lsn(stream->cdio, track_t(track));
     const lsn_t last = cdio_get_track_last_lsn(stream->cdio, track_t(track));
@@ -137,7 +140,7 @@ bool CdioVideoCdDevice::Open() {
         error_ = QStringLiteral("There is no Video CD in any drive.");
         return false;
     }
-    cdio_ = cdio_open(source.constData(), DRIVER_UNKNOWN);
+    cdio_ = openDisc(NameFromBytes(source));
     source_ = source;
     if (!cdio_) {
         error_ = QStringLiteral("The Video CD in \"%1\" cannot be read.")
