@@ -102,19 +102,8 @@ INSTANTIATE_TEST_SUITE_P(
         EncodeCase{"ulaw_7k", SF_FORMAT_WAV | SF_FORMAT_ULAW, 7000, 1, 64, false, 2}),
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST_F(LameMp3EncoderTest, RatesLameLacksGoToTheNearestMpegRateAbove) {
-    EXPECT_EQ(LameMp3Encoder::lameInputRate(44100), 44100);
-    EXPECT_EQ(LameMp3Encoder::lameInputRate(8000), 8000);
-    EXPECT_EQ(LameMp3Encoder::lameInputRate(7000), 8000);
-    EXPECT_EQ(LameMp3Encoder::lameInputRate(37800), 44100);
-    EXPECT_EQ(LameMp3Encoder::lameInputRate(96000), 48000);
-}
-
 TEST_F(LameMp3EncoderTest, RefusesWhatIsNotSound) {
-    QFile text(path("notes.wav"));
-    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
-    text.write(QByteArray(4000, 'x'));
-    text.close();
+    ASSERT_TRUE(writeBytes(path("notes.wav"), QByteArray(4000, 'x')));
     EncoderUnderTest t;
     ASSERT_TRUE(writeBytes(path("empty.wav"), {}));
     for (const char* name : {"notes.wav", "missing.wav", "empty.wav"}) {

@@ -51,36 +51,36 @@ std::unique_ptr<QWidget> frameless(QSize size = {300, 175}) {
 
 }  // namespace
 
-TEST(Subclass, WatchListKeepsOneEntryPerMessage) {
+TEST(Subclass, HookingFollowsHWndAndReportsOnlyTheWatchedMessages) {
+    auto w = frameless();
     Subclass s;
+    Recorder r(s);
+    EXPECT_EQ(s.CallWndProc(Wm::SIZE, 0, 0), 0);  // no window
     s.setMessages(Wm::MOVE, true);
     s.setMessages(Wm::SIZE, true);
     s.setMessages(Wm::MOVE, true);
     EXPECT_EQ(s.watchedMessages(), QList<quint32>({Wm::MOVE, Wm::SIZE}));
-    EXPECT_TRUE(s.messages(Wm::MOVE));
-    s.setMessages(Wm::MOVE, false);
-    EXPECT_EQ(s.watchedMessages(), QList<quint32>({Wm::SIZE}));
-    EXPECT_FALSE(s.messages(Wm::MOVE));
-    EXPECT_EQ(s.CallWndProc(Wm::SIZE, 0, 0), 0);  // no window
-}
-
-TEST(Subclass, HookingFollowsHWnd) {
-    auto w = frameless();
-    Subclass s;
-    Recorder r(s);
-    s.setMessages(Wm::MOVE, true);
     s.setHWnd(w.get());
     EXPECT_EQ(Subclass::hookOf(w.get()), &s);
     s.setHWnd(w.get());  // the same window: nothing changes
     w->move(120, 130);
-    ASSERT_EQ(r.messages(), QList<quint32>({Wm::MOVE}));
+    w->resize(300, 38);
+    ASSERT_EQ(r.messages(), QList<quint32>({Wm::MOVE, Wm::SIZE}));
     EXPECT_EQ(Wm::loWord(r.seen[0].lParam), 120);
     EXPECT_EQ(Wm::hiWord(r.seen[0].lParam), 130);
+    EXPECT_EQ(r.seen[1].wParam, 0);
+    EXPECT_EQ(Wm::loWord(r.seen[1].lParam), 300);
+    EXPECT_EQ(Wm::hiWord(r.seen[1].lParam), 38);
+    s.setMessages(Wm::MOVE, false);
+    EXPECT_FALSE(s.messages(Wm::MOVE));
+    w->move(130, 130);
+    EXPECT_EQ(r.seen.size(), 2);
 
+    s.setMessages(Wm::MOVE, true);
     s.setHWnd(nullptr);
     EXPECT_EQ(Subclass::hookOf(w.get()), nullptr);
     w->move(140, 150);
-    EXPECT_EQ(r.seen.size(), 1);
+    EXPECT_EQ(r.seen.size(), 2);
 
     // A window has one hook: a second Subclass takes it over.
     s.setHWnd(w.get());
@@ -175,7 +175,7 @@ TEST(Subclass, ADropReachesWndProcWithItsPathsInOrder) {
     EXPECT_FALSE(list.acceptDrops());
 }
 
-TEST(Subclass, RightClickOnTheCaptionRowsIsANonClientClick) {
+TEST(Subclass, RightClickOnTheCaptionRowsIsANonClientClickAndMenusAreAnnounced) {
     auto w = frameless();
     auto* face = new QLabel(w.get());  // the skin covers the window
     face->setGeometry(0, 0, 300, 175);
@@ -203,35 +203,18 @@ TEST(Subclass, RightClickOnTheCaptionRowsIsANonClientClick) {
     click(QEvent::MouseButtonPress, {40, 20}, Qt::RightButton);
     click(QEvent::MouseButtonPress, {40, 5}, Qt::LeftButton);
     EXPECT_EQ(r.seen.size(), 2);
-}
 
-TEST(Subclass, OpeningAMenuOfTheWindowRaisesInitMenuPopup) {
-    auto w = frameless();
+    // Opening a menu of the window, not another, raises INITMENUPOPUP.
     QMenu* menu = new QMenu(w.get());
     menu->addAction("&Close");
     QMenu elsewhere;
     elsewhere.addAction("x");
-    Subclass s;
-    Recorder r(s);
-    s.setHWnd(w.get());
     s.setMessages(Wm::INITMENUPOPUP, true);
     menu->popup(QPoint(110, 110));
     elsewhere.popup(QPoint(110, 110));
-    ASSERT_EQ(r.messages(), QList<quint32>({Wm::INITMENUPOPUP}));
-    EXPECT_EQ(r.seen[0].wParam, reinterpret_cast<qintptr>(menu));
+    ASSERT_EQ(r.seen.size(), 3);
+    EXPECT_EQ(r.seen[2].msg, Wm::INITMENUPOPUP);
+    EXPECT_EQ(r.seen[2].wParam, reinterpret_cast<qintptr>(menu));
     menu->close();
     elsewhere.close();
-}
-
-TEST(Subclass, SizeReportsTheNewSize) {
-    auto w = frameless();
-    Subclass s;
-    Recorder r(s);
-    s.setHWnd(w.get());
-    s.setMessages(Wm::SIZE, true);
-    w->resize(300, 38);
-    ASSERT_EQ(r.messages(), QList<quint32>({Wm::SIZE}));
-    EXPECT_EQ(r.seen[0].wParam, 0);
-    EXPECT_EQ(Wm::loWord(r.seen[0].lParam), 300);
-    EXPECT_EQ(Wm::hiWord(r.seen[0].lParam), 38);
 }
