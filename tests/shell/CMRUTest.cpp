@@ -47,30 +47,23 @@ TEST_F(CMRUTest, NewestFirstAndTheOldestFallsOutOfAFullList) {
     EXPECT_TRUE(mru.MenuItem(0)->isSeparator());
     EXPECT_EQ(value("MRU4"), QStringLiteral("/b.mp3"));
     EXPECT_EQ(CMRU::TagOf(mru.MenuItem(1)), QStringLiteral("File length: 1"));
-}
-
-TEST_F(CMRUTest, APathDifferingOnlyInCaseMovesUpWithItsNewTag) {
-    mru.SetMRUList("/Music/Song.MP3", "File length: 10");
-    mru.SetMRUList("/other.mp3", "File length: 20");
-    mru.SetMRUList("/music/song.mp3", "File length: 30");
-    EXPECT_EQ(shownCaptions(), (QStringList{"&1. /music/song.mp3", "&2. /other.mp3"}));
+    // A path differing only in case moves up with its new tag.
+    mru.SetMRUList("/C.MP3", "File length: 30");
+    EXPECT_EQ(shownCaptions(),
+              (QStringList{"&1. /C.MP3", "&2. /e.mp3", "&3. /d.mp3", "&4. /b.mp3"}));
     EXPECT_EQ(value("MRUTag1"), QStringLiteral("File length: 30"));
-    EXPECT_EQ(value("MRUTag2"), QStringLiteral("File length: 20"));
-    EXPECT_EQ(CMRU::PathOfCaption(mru.MenuItem(1)->text()), QStringLiteral("/music/song.mp3"));
-}
+    EXPECT_EQ(CMRU::PathOfCaption(mru.MenuItem(1)->text()), QStringLiteral("/C.MP3"));
 
-TEST_F(CMRUTest, AnEmptyKeyHidesEverythingAndClearingKeepsTheValues) {
-    mru.GetMRUList();
-    for (int i = 0; i <= 4; ++i) EXPECT_FALSE(mru.MenuItem(i)->isVisible()) << i;
-
-    mru.SetMRUList("/a.mp3", "t");
+    // An empty entry hides everything and empties the values without deleting them.
     mru.SetMRUList(QString(), QString());
     for (int i = 0; i <= 4; ++i) EXPECT_FALSE(mru.MenuItem(i)->isVisible()) << i;
     EXPECT_EQ(value("MRU1"), QString()) << "emptied, not deleted";
     EXPECT_EQ(value("MRUTag4"), QString());
 }
 
-TEST_F(CMRUTest, GapsCloseUpAndOnlyTextValuesCount) {
+TEST_F(CMRUTest, AnEmptyKeyHidesEverythingGapsCloseUpAndOnlyTextValuesCount) {
+    mru.GetMRUList();
+    for (int i = 0; i <= 4; ++i) EXPECT_FALSE(mru.MenuItem(i)->isVisible()) << i;
     WriteRegValue(RegRoot::LocalMachine, Key, "MRU2", "/two.mp3");
     registry().setValue(RegRoot::LocalMachine, Key, "MRU3", RegValue::dword(7));
     WriteRegValue(RegRoot::LocalMachine, Key, "MRU4", "/four.mp3");

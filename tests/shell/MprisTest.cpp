@@ -108,7 +108,7 @@ class SignalLog : public QObject {
 
 }  // namespace
 
-TEST_F(MprisTest, StatusAndMetadataFollowThePlayer) {
+TEST_F(MprisTest, StatusMetadataAndSettingsFollowThePlayerAndTheWindows) {
     EXPECT_EQ(service->playbackStatus(), "Stopped");
     EXPECT_FALSE(service->canPause());
     EXPECT_EQ(service->metadata().value("mpris:trackid").value<QDBusObjectPath>().path(),
@@ -133,9 +133,16 @@ TEST_F(MprisTest, StatusAndMetadataFollowThePlayer) {
     service->play();
     EXPECT_EQ(service->playbackStatus(), "Playing");
     EXPECT_EQ(MP().fileName(), song);
-}
 
-TEST_F(MprisTest, VolumeLoopAndShuffleAreTheSettingsOfTheWindows) {
+    // An address handed over plays as a hand-off does; only local files are taken.
+    const QString other = media("Other.wav");
+    service->openUri(QUrl::fromLocalFile(other).toString());
+    EXPECT_EQ(MP().fileName(), other);
+    EXPECT_EQ(main->List1, QStringList{other});
+    service->openUri("http://example.invalid/x.mp3");
+    EXPECT_EQ(MP().fileName(), other);
+
+    // Volume, loop and shuffle are the settings of the windows.
     main->PlayerVolume = 80;
     EXPECT_DOUBLE_EQ(service->volume(), 0.8);
     service->setVolume(0.25);
@@ -156,15 +163,6 @@ TEST_F(MprisTest, VolumeLoopAndShuffleAreTheSettingsOfTheWindows) {
     EXPECT_FALSE(service->shuffle());
     service->setShuffle(true);
     EXPECT_TRUE(PlayerSettings::audioRandomize());
-}
-
-TEST_F(MprisTest, OpenUriPlaysTheFileAsAHandOffDoes) {
-    const QString song = media("Other.wav");
-    service->openUri(QUrl::fromLocalFile(song).toString());
-    EXPECT_EQ(MP().fileName(), song);
-    EXPECT_EQ(main->List1, QStringList{song});
-    service->openUri("http://example.invalid/x.mp3");
-    EXPECT_EQ(MP().fileName(), song);
 }
 
 TEST_F(MprisTest, DbusSendPausesAndResumesOverTheSessionBus) {
