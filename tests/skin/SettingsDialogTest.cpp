@@ -118,45 +118,34 @@ TEST_F(SettingsDialogTest, OkStoresEverythingAndLoadsTheChosenSkin) {
     EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmSettings")));
 }
 
-TEST_F(SettingsDialogTest, OkWithTheDefaultSkinSavesEmptyWithoutReloading) {
-    frmMain& m = load();
-    const QString dir = skin(QStringLiteral("red"), Qt::red);
-    m.LoadSkin(dir);
-    SaveAppSetting(QStringLiteral("SkinPath"), dir);
-    frmSettings& s = Forms::touch<frmSettings>();
-    s.lblSkinPath->setText(QStringLiteral("[Default Skin]"));
-    s.Command1->click();
-    EXPECT_EQ(setting("SkinPath"), QString());
-    QImage red(300, 175, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    EXPECT_EQ(picture(m.Picture), red);
-}
-
-TEST_F(SettingsDialogTest, ARemovedSkinFolderKeepsTheOldSkinSilently) {
-    frmMain& m = load();
-    const QString dir = skin(QStringLiteral("gone"), Qt::green);
-    frmSettings& s = Forms::touch<frmSettings>();
-    s.lblSkinPath->setText(dir + u'/');
-    QDir(dir).removeRecursively();
-    s.Command1->click();
-    EXPECT_TRUE(msgBox().shown.isEmpty());
-    EXPECT_EQ(picture(m.Picture), picture(LoadResPicture(101)));
-    EXPECT_EQ(setting("SkinPath"), dir + u'/');
-}
-
-TEST_F(SettingsDialogTest, DefaultReturnsToTheBuiltInSkinAndCloses) {
+TEST_F(SettingsDialogTest, TheDefaultSkinOrAVanishedFolderLeaveTheSkinTheDefaultButtonResetsIt) {
     frmMain& m = load();
     const QString dir = skin(QStringLiteral("red"), Qt::red);
     m.LoadSkin(dir);
     SaveAppSetting(QStringLiteral("SkinPath"), dir);
     SaveAppSetting(QStringLiteral("Loop Other"), QStringLiteral("1"));
+    QImage red(300, 175, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    // Ok with the default skin saves it empty without reloading.
+    Forms::touch<frmSettings>().lblSkinPath->setText(QStringLiteral("[Default Skin]"));
+    Forms::touch<frmSettings>().Command1->click();
+    EXPECT_EQ(setting("SkinPath"), QString());
+    EXPECT_EQ(picture(m.Picture), red);
+    // A removed folder keeps the skin, silently.
+    const QString gone = skin(QStringLiteral("gone"), Qt::green);
+    Forms::touch<frmSettings>().lblSkinPath->setText(gone + u'/');
+    QDir(gone).removeRecursively();
+    Forms::touch<frmSettings>().Command1->click();
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(picture(m.Picture), red);
+    EXPECT_EQ(setting("SkinPath"), gone + u'/');
+    // Default returns to the built-in skin and closes; nothing else is reset.
     frmSettings& s = Forms::touch<frmSettings>();
     s.Check6->setChecked(false);
     s.Command2->click();
     EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmSettings")));
     EXPECT_EQ(setting("SkinPath"), QString());
     EXPECT_EQ(picture(m.Picture), picture(LoadResPicture(101)));
-    // Nothing else is reset.
     EXPECT_EQ(setting("Loop Other"), QStringLiteral("1"));
 }
 

@@ -9,7 +9,6 @@
 #include <QPushButton>
 
 #include "app/Settings.h"
-#include "skin/ColorFromHex.h"
 #include "skin/INIFiles.h"
 #include "skin/ResPicture.h"
 #include "skin/frmSettings.h"
@@ -52,7 +51,7 @@ class SkinTest : public MainWindowFixture {
     }
 };
 
-TEST_F(SkinTest, AnEmptySkinPathTouchesNoFile) {
+TEST_F(SkinTest, AnEmptySkinPathTouchesNoFileAndMissingPicturesStayBuiltIn) {
     frmMain& m = load();
     // A skin in the working folder would be found by a path built on the empty one.
     const QString dir = skinDir();
@@ -69,17 +68,15 @@ TEST_F(SkinTest, AnEmptySkinPathTouchesNoFile) {
     EXPECT_EQ(picture(m.Picture), res(101));
     EXPECT_EQ(picture(m.clpDigits.Picture()), res(103));
     EXPECT_EQ(m.lblTitle[0].FontName, QStringLiteral("Tahoma"));
-}
 
-TEST_F(SkinTest, AFolderWithOnlyTheLevelPictureKeepsEverythingElseBuiltIn) {
-    frmMain& m = load();
-    const QString dir = skinDir();
-    writeBmp(dir + QStringLiteral("/eq.bmp"), QSize(161, 7), Qt::magenta);
-    QString path = dir;
+    // A folder with only the level picture keeps everything else built in.
+    const QString only = skinDir(QStringLiteral("only"));
+    writeBmp(only + QStringLiteral("/eq.bmp"), QSize(161, 7), Qt::magenta);
+    path = only;
     m.LoadSkin(path);
     EXPECT_TRUE(msgBox().shown.isEmpty());
     // The caller's path comes back with its "/".
-    EXPECT_EQ(path, dir + u'/');
+    EXPECT_EQ(path, only + u'/');
     EXPECT_EQ(picture(m.imgEQ.picture), solid(QSize(161, 7), Qt::magenta));
     EXPECT_EQ(picture(m.Picture), res(101));
     EXPECT_EQ(picture(m.imgBack.picture), res(108));
@@ -245,33 +242,6 @@ TEST_F(SkinTest, BitmapsCutShortArePassedOverAndTheBuiltInOnesStay) {
 }
 
 // ---- The pieces -------------------------------------------------------------------------
-
-TEST(ColorFromHex, ReadsRedGreenBlueOrGivesBlack) {
-    EXPECT_EQ(ColorFromHex(QStringLiteral("FF8000")), QColor(255, 128, 0));
-    EXPECT_EQ(ColorFromHex(QStringLiteral("0a0B0c")), QColor(10, 11, 12));
-    EXPECT_EQ(ColorFromHex(QStringLiteral("12")), QColor(0, 0, 0));
-    EXPECT_EQ(ColorFromHex(QStringLiteral("zz")), QColor(0, 0, 0));
-    EXPECT_EQ(ColorFromHex(QStringLiteral("FFFFGG")), QColor(0, 0, 0));
-    EXPECT_EQ(ColorFromHex(QString()), QColor(0, 0, 0));
-    // Blue is the last two characters, whatever the length.
-    EXPECT_EQ(ColorFromHex(QStringLiteral("1020AB30")), QColor(0x10, 0x20, 0x30));
-}
-
-TEST(PictureClip, CutsEvenlyRowByRow) {
-    PictureClip clip;
-    QImage img(32, 20, QImage::Format_RGB32);
-    img.fill(Qt::black);
-    img.setPixel(16, 10, qRgb(255, 0, 0));
-    clip.setPicture(QPixmap::fromImage(img));
-    clip.setRows(2);
-    clip.setCols(2);
-    const QImage cell3 = clip.GraphicCell(3).toImage();
-    EXPECT_EQ(cell3.size(), QSize(16, 10));
-    EXPECT_EQ(cell3.pixel(0, 0), qRgb(255, 0, 0));
-    EXPECT_TRUE(clip.GraphicCell(4).isNull());
-    EXPECT_TRUE(clip.GraphicCell(-1).isNull());
-    EXPECT_TRUE(PictureClip().GraphicCell(0).isNull());
-}
 
 class IniTest : public AppTest {};
 
