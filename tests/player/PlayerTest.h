@@ -72,6 +72,11 @@ class PlayerTest : public AppTest {
     void setting(const char* name, const QString& value) {
         SaveAppSetting(QLatin1String(name), value);
     }
+    // The files as a drop on the main window hands them over.
+    void drop(const QStringList& paths) {
+        main->DroppedFiles = paths;
+        main->Process_DROPFILES();
+    }
 
     // The hidden audio player.
     FakeMediaPlayer& MP() { return *static_cast<FakeMediaPlayer*>(temp->MP.get()); }
@@ -89,7 +94,7 @@ class PlayerTest : public AppTest {
     // Opens a file through the open dialog.
     void openByDialog(const QString& path) {
         dialogs->scriptFiles({path});
-        temp->mnuPlay_Click();
+        temp->mnuPlay->trigger();
     }
     QString caption(QAction* action) const { return action->text(); }
 

@@ -11,11 +11,9 @@
 #include "PlaylistTest.h"
 #include "app/FileNames.h"
 #include "app/SubMain.h"
-#include "platform/clock/QtClock.h"
-#include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "support/AudioFixtures.h"
 #include "support/FakeMixer.h"
-#include "support/ScopedEnv.h"
+#include "support/RealMpv.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -25,24 +23,13 @@ namespace {
 class ByteNamesTest : public PlaylistTest {
   protected:
     void installPlayers() override {
-        env.set("CANTOVEL_AO", QByteArray("null"));
-        env.set("CANTOVEL_VO", QByteArray("null"));
-        env.set("CANTOVEL_MPV_UNTIMED", QByteArray("1"));
-        Components::provideService<Clock>(std::make_shared<QtClock>());
+        RealMpv::install(env);
         Components::provideService<Mixer>(std::make_shared<FakeMixer>());
-        Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
     }
     void TearDown() override {
         PlaylistTest::TearDown();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-    static QByteArray rawContents(const QByteArray& path) {
-        QFile f;
-        const int fd = ::open(path.constData(), O_RDONLY);
-        if (fd < 0 || !f.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) return {};
-        return f.readAll();
-    }
-
     ScopedEnv env;
 };
 
@@ -74,7 +61,9 @@ TEST_F(ByteNamesTest, ALatin1NameOpensPlaysListsSavesAndReloads) {
     const QString playlist = NameFromBytes(folder + "/list\xE9.ply");
     dialogs->scriptFiles({playlist});
     editor->mnuSave();
-    EXPECT_EQ(rawContents(NameToBytes(playlist)), song + "\r\n");
+    QFile saved;
+    ASSERT_TRUE(OpenByName(saved, playlist, QIODevice::ReadOnly));
+    EXPECT_EQ(saved.readAll(), song + "\r\n");
 
     // Reloaded, the row is the song again, not the playlist standing in for a lost line.
     editor->mnuNew();

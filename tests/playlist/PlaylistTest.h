@@ -39,6 +39,11 @@ class PlaylistTest : public PlayerTest {
         list().clearSelection();
         for (int i : indexes) list().setListIndex(i);
     }
+    // The files as a drop on the editor hands them over.
+    void dropOnEditor(const QStringList& paths) {
+        editor->DroppedFiles = paths;
+        editor->Process_DROPFILES();
+    }
     QByteArray bytes(const QString& path) {
         QFile f(path);
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<unreadable>");

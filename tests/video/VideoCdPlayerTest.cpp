@@ -39,7 +39,7 @@ TEST_F(VideoCdPlayerTest, AMachineWithNoVideoCdOpensADeadButtonRow) {
     for (const QString& source : {tempDir() + QStringLiteral("/no-such-drive"),
                                   file(QStringLiteral("notes.cue"), "junk")}) {
         env.set("CANTOVEL_VIDEOCD", source);
-        temp->mnuAdvVideoCDPlayer_Click();
+        temp->mnuAdvVideoCDPlayer->trigger();
         frmVideoCDPlayer* w = window();
         ASSERT_NE(w, nullptr);
         EXPECT_TRUE(w->isVisible());
@@ -54,19 +54,22 @@ TEST_F(VideoCdPlayerTest, AMachineWithNoVideoCdOpensADeadButtonRow) {
     }
 }
 
-TEST_F(VideoCdPlayerTest, TheLoadOpensTheVideoCdDeviceAndTheButtonsFollowItsMode) {
-    FakeVideoCdDevice::install(2);
-    temp->mnuAdvVideoCDPlayer_Click();
-    MMControl& c = *window()->MMControl1;
-    EXPECT_TRUE(c.Wait);
-    EXPECT_FALSE(c.Notify);
-    EXPECT_EQ(c.DeviceType, QStringLiteral("VideoCD"));
-    EXPECT_EQ(c.Command(), QStringLiteral("open"));
-    EXPECT_EQ(c.Error(), 0);
-    FakeVideoCdDevice& d = *FakeVideoCdDevice::latest();
-    EXPECT_EQ(d.calls, QStringList{"Open"});
-    EXPECT_EQ(enabledButtons(c), (QStringList{"Prev", "Next", "Play", "Step", "Eject"}));
+TEST_F(VideoCdPlayerTest, TheButtonsFollowTheDevicesModeF1OpensHelpAndClosingClosesTheDevice) {
+    const QString help = tempDir() + QStringLiteral("/help");
+    QDir().mkpath(help);
+    env.set("CANTOVEL_HELP_DIR", help);
+    QFile page(HelpTopicPath(QStringLiteral("Video CD Player (Standalone)")));
+    ASSERT_TRUE(page.open(QIODevice::WriteOnly));
+    page.close();
 
+    FakeVideoCdDevice::install(2);
+    temp->mnuAdvVideoCDPlayer->trigger();
+    frmVideoCDPlayer* w = window();
+    MMControl& c = *w->MMControl1;
+    EXPECT_EQ(c.DeviceType, QStringLiteral("VideoCD"));
+    EXPECT_EQ(c.Error(), 0);
+    QPointer<FakeVideoCdDevice> d = FakeVideoCdDevice::latest();
+    EXPECT_EQ(enabledButtons(c), (QStringList{"Prev", "Next", "Play", "Step", "Eject"}));
     press(c, MMControl::Play);
     EXPECT_EQ(c.Mode(), int(VideoCdDevice::Playing));
     EXPECT_EQ(enabledButtons(c),
@@ -79,49 +82,30 @@ TEST_F(VideoCdPlayerTest, TheLoadOpensTheVideoCdDeviceAndTheButtonsFollowItsMode
     EXPECT_EQ(c.Mode(), int(VideoCdDevice::Stopped));
     c.setCommand(QStringLiteral("rewind"));
     EXPECT_NE(c.Error(), 0);
+    // It takes no part in the main window's play.
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
 
-    press(c, MMControl::Eject);
-    EXPECT_TRUE(enabledButtons(c).isEmpty());
-    EXPECT_EQ(d.calls, (QStringList{"Open", "Play", "Next", "Pause", "Stop", "Eject"}));
-}
-
-TEST_F(VideoCdPlayerTest, ClosingClosesTheDeviceAndF1OpensItsHelpTopic) {
-    const QString help = tempDir() + QStringLiteral("/help");
-    QDir().mkpath(help);
-    env.set("CANTOVEL_HELP_DIR", help);
-    const QString topic = QStringLiteral("Video CD Player (Standalone)");
-    QFile page(HelpTopicPath(topic));
-    ASSERT_TRUE(page.open(QIODevice::WriteOnly));
-    page.close();
-
-    FakeVideoCdDevice::install(1);
-    temp->mnuAdvVideoCDPlayer_Click();
-    frmVideoCDPlayer* w = window();
-    QPointer<FakeVideoCdDevice> d = FakeVideoCdDevice::latest();
     QKeyEvent f1(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
     QApplication::sendEvent(w, &f1);
     ASSERT_EQ(shell->opened.size(), 1);
     EXPECT_TRUE(shell->opened.first().endsWith(QFileInfo(page).fileName()));
 
-    // It takes no part in the main window's play.
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
     QStringList calls;
     QObject::connect(d, &VideoCdDevice::ModeChanged, w, [&calls, &d] { calls = d->calls; });
     QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
     QApplication::sendEvent(w, &escape);
     EXPECT_EQ(window(), nullptr);
-    EXPECT_EQ(calls, (QStringList{"Open", "Close"}));
-}
+    EXPECT_EQ(calls, (QStringList{"Open", "Play", "Next", "Pause", "Stop", "Close"}));
 
-TEST_F(VideoCdPlayerTest, OnlyTheVideoCdDeviceTypeIsProvided) {
-    FakeVideoCdDevice::install(1);
-    MMControl c;
-    c.DeviceType = QStringLiteral("CDAudio");
-    c.setCommand(QStringLiteral("open"));
-    EXPECT_NE(c.Error(), 0);
-    EXPECT_TRUE(enabledButtons(c).isEmpty());
-    c.setCommand(QStringLiteral("play"));
-    EXPECT_NE(c.Error(), 0);
+    // Eject leaves no button; only the Video CD device type is provided.
+    temp->mnuAdvVideoCDPlayer->trigger();
+    press(*window()->MMControl1, MMControl::Eject);
+    EXPECT_TRUE(enabledButtons(*window()->MMControl1).isEmpty());
+    MMControl other;
+    other.DeviceType = QStringLiteral("CDAudio");
+    other.setCommand(QStringLiteral("open"));
+    EXPECT_NE(other.Error(), 0);
+    EXPECT_TRUE(enabledButtons(other).isEmpty());
 }
 
 }  // namespace

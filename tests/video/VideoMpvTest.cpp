@@ -3,7 +3,7 @@
 #include <QFile>
 
 #include "VideoTest.h"
-#include "support/ScopedEnv.h"
+#include "support/RealMpv.h"
 #include "support/TestFilms.h"
 
 using namespace cantovel;
@@ -13,22 +13,17 @@ namespace {
 
 class VideoMpvTest : public VideoTest {
   protected:
+    // Timed play: the window's wait for the film to start polls every 300 ms, and an untimed
+    // film would be over before it looked.
     void installPlayers() override {
-        env.set("CANTOVEL_AO", QByteArray("null"));
-        env.set("CANTOVEL_VO", QByteArray("null"));
-        // Timed play: the window's wait for the film to start polls every 300 ms, and an
-        // untimed film would be over before it looked.
-        installMpvPlayers();
+        VideoTest::installPlayers();
+        RealMpv::install(env, false);
     }
     void TearDown() override {
         VideoTest::TearDown();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-    bool waitFor(const std::function<bool()>& done, int ms = 30000) {
-        return Clock::get().wait(ms, done);
-    }
     QString path(const QString& name) const { return tempDir() + u'/' + name; }
-
     ScopedEnv env;
 };
 
@@ -39,14 +34,14 @@ TEST_F(VideoMpvTest, AFilmPlaysInTheVideoPlayerSizedToItsPictureAndClosesToIdle)
     EXPECT_TRUE(msgBox().shown.isEmpty());
     frmVideoPlayer* w = player();
     ASSERT_NE(w, nullptr);
-    ASSERT_TRUE(waitFor([&] { return !w->MPView->isHidden(); }));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return !w->MPView->isHidden(); }));
     EXPECT_EQ(w->Inside->size(), QSize(320, 240));
     EXPECT_EQ(main->TrackLength, 2);
     EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Stop"));
 
     // The film plays out and stays; the main display stops with it.
-    ASSERT_TRUE(waitFor([&] { return w->MP()->PlayState() == MediaPlayer::mpStopped; }));
-    ASSERT_TRUE(waitFor([&] { return !main->Timer3.isEnabled(); }, 2000));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return w->MP()->PlayState() == MediaPlayer::mpStopped; }));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return !main->Timer3.isEnabled(); }, 2000));
     w->close();
     EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
 }
@@ -67,7 +62,8 @@ TEST_F(VideoMpvTest, AVivoNamedFilmRunsThroughItsStatesAndSavesACopy) {
                      [&states](const QString& s) { states << s; });
     // Sized at the start, before this test listened.
     EXPECT_EQ(w->size(), QSize(176, 144));
-    ASSERT_TRUE(waitFor([&] { return states.contains(QStringLiteral("play_out_complete")); }));
+    ASSERT_TRUE(
+        RealMpv::waitFor([&] { return states.contains(QStringLiteral("play_out_complete")); }));
     EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
     EXPECT_NE(Forms::find<frmVivoPlayer>(), nullptr);
 

@@ -12,8 +12,8 @@ namespace {
 
 class VideoPlayerTest : public VideoTest {};
 
-TEST_F(VideoPlayerTest, AFilmFromTheMainWindowShowsOnceItPlaysAtItsNaturalSize) {
-    const QString path = film(QStringLiteral("Clip.avi"), 12, QSize(320, 240));
+TEST_F(VideoPlayerTest, AFilmShowsOnceItPlaysAtItsNaturalSizeAndTheMainDisplayFollowsIt) {
+    const QString path = film(QStringLiteral("Clip.avi"), 10, QSize(320, 240));
     openByDialog(path);
     frmVideoPlayer* w = player();
     ASSERT_NE(w, nullptr);
@@ -21,40 +21,59 @@ TEST_F(VideoPlayerTest, AFilmFromTheMainWindowShowsOnceItPlaysAtItsNaturalSize) 
     EXPECT_EQ(w->windowTitle(), QStringLiteral("Cantovel - Video Player"));
     // Nothing shows until the window's wait has seen the film play.
     EXPECT_TRUE(w->MPView->isHidden());
-    EXPECT_TRUE(w->Timer2.isEnabled());
-
     clock().advance(300);
     EXPECT_FALSE(w->MPView->isHidden());
-    EXPECT_FALSE(w->Timer2.isEnabled());
     EXPECT_EQ(w->Inside->size(), QSize(320, 240));
     EXPECT_EQ(w->MPView->geometry(), QRect(0, 0, 320, 240));
     EXPECT_EQ(playerMP().DisplaySize(), int(MediaPlayer::mpFitToSize));
-    EXPECT_EQ(main->TrackLength, 12);
-    EXPECT_TRUE(main->Timer3.isEnabled());
+    EXPECT_EQ(main->TrackLength, 10);
     EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Stop"));
     EXPECT_EQ(playerMP().Volume(), (int(main->PlayerVolume) - 100) * 100);
-
-    // From now on the picture follows the window.
-    w->resize(500, 400);
+    w->resize(500, 400);  // from now on the picture follows the window
     EXPECT_EQ(w->MPView->size(), w->Inside->size());
+
+    const int start = main->imgPlayProgress.rect.left();
+    clock().advance(5000);
+    EXPECT_GT(main->imgPlayProgress.rect.left(), start + 50);
+    // Paused, the main display stops, but not during a queue; playing again starts it.
+    playerMP().Pause();
+    main->PlaylistRunning = VTrue;
+    clock().advance(200);
+    EXPECT_TRUE(main->Timer3.isEnabled());
+    main->PlaylistRunning = VFalse;
+    clock().advance(200);
+    EXPECT_FALSE(main->Timer3.isEnabled());
+    w->mnuFile_Click();
+    w->mnuPause->trigger();
+    EXPECT_TRUE(main->Timer3.isEnabled());
+
+    // Closing returns the main window to idle, unless a stop is under way.
+    main->StopRequested = VTrue;
+    w->close();
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Stop"));
+    main->PlayStopped();
+    frmVideoPlayer& again = openFilm(film(QStringLiteral("Other.avi")));
+    main->StopRequested = VFalse;
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(&again, &escape);
+    EXPECT_EQ(player(), nullptr);
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
+    EXPECT_FALSE(main->Timer3.isEnabled());
 }
 
 TEST_F(VideoPlayerTest, TheWindowIsNeverSmallerThan2000TwipsUnlessMaximised) {
     frmVideoPlayer& w = openFilm(film(QStringLiteral("Clip.avi")));
     const double tpp = twips(&w);
     const int least = int(std::ceil(frmVideoPlayer::MinimumTwips / tpp));
-
     w.resize(40, 300);
     EXPECT_GE(w.frameGeometry().width() * tpp, frmVideoPlayer::MinimumTwips);
     EXPECT_LE(w.frameGeometry().width(), least + 1);
     EXPECT_GE(w.height(), 300);  // the other way is kept
-
     w.resize(300, 30);
     EXPECT_GE(w.frameGeometry().height() * tpp, frmVideoPlayer::MinimumTwips);
     EXPECT_EQ(w.width(), 300);
 
-    // Maximised, no minimum holds (the window is hidden so that the window system
-    // keeps its hands off the size).
+    // Maximised, no minimum holds (hidden, so that the window system keeps off the size).
     w.hide();
     w.resize(40, 30);
     w.setWindowState(Qt::WindowMaximized);
@@ -66,120 +85,57 @@ TEST_F(VideoPlayerTest, TheWindowIsNeverSmallerThan2000TwipsUnlessMaximised) {
     EXPECT_GE(w.frameGeometry().width() * tpp, frmVideoPlayer::MinimumTwips);
 }
 
-TEST_F(VideoPlayerTest, TheFileMenuFollowsThePlayState) {
-    frmVideoPlayer& w = openFilm(film(QStringLiteral("Clip.avi")));
+TEST_F(VideoPlayerTest, TheFileMenuFollowsThePlayStateAndSeeksMoveTenWholeSeconds) {
+    frmVideoPlayer& w = openFilm(film(QStringLiteral("Clip.avi"), 60));
     w.mnuFile_Click();
     EXPECT_EQ(caption(w.mnuPlay), QStringLiteral("&Stop"));
     EXPECT_EQ(caption(w.mnuPause), QStringLiteral("Pa&use"));
-    EXPECT_TRUE(w.mnuPause->isEnabled());
     EXPECT_TRUE(w.mnuSeekF->isEnabled());
-    EXPECT_TRUE(w.mnuSeekR->isEnabled());
     EXPECT_FALSE(w.mnuFullScreen->isChecked());
-
-    w.mnuPause_Click();
+    w.mnuPause->trigger();
     EXPECT_EQ(playerMP().PlayState(), int(MediaPlayer::mpPaused));
     w.mnuFile_Click();
     EXPECT_EQ(caption(w.mnuPause), QStringLiteral("Res&ume"));
-    EXPECT_TRUE(w.mnuPause->isEnabled());
     EXPECT_FALSE(w.mnuSeekF->isEnabled());
     EXPECT_FALSE(w.mnuSeekR->isEnabled());
-
-    w.mnuPause_Click();  // resumes
+    w.mnuPause->trigger();  // resumes
     EXPECT_EQ(playerMP().PlayState(), int(MediaPlayer::mpPlaying));
+
+    clock().advance(3300);  // about 3.6 s in
     w.mnuFile_Click();
-    w.mnuPlay_Click();  // "&Stop"
+    playerMP().calls.clear();
+    w.mnuSeekR->trigger();  // no clamping at either end
+    EXPECT_EQ(playerMP().calls, QStringList{QStringLiteral("CurrentPosition=-6")});
+    playerMP().setCurrentPosition(55.4);
+    playerMP().calls.clear();
+    w.mnuSeekF->trigger();
+    EXPECT_EQ(playerMP().calls, QStringList{QStringLiteral("CurrentPosition=65")});
+
+    w.mnuFile_Click();
+    w.mnuPlay->trigger();  // "&Stop"
     EXPECT_EQ(playerMP().PlayState(), int(MediaPlayer::mpStopped));
     w.mnuFile_Click();
     EXPECT_EQ(caption(w.mnuPlay), QStringLiteral("&Play"));
     EXPECT_FALSE(w.mnuPause->isEnabled());
-    EXPECT_FALSE(w.mnuSeekF->isEnabled());
 
-    w.mnuFullScreen_Click();
+    w.mnuFullScreen->trigger();
     EXPECT_TRUE(w.windowState() & Qt::WindowMaximized);
     w.mnuFile_Click();
     EXPECT_TRUE(w.mnuFullScreen->isChecked());
-    w.mnuFullScreen_Click();
+    w.mnuFullScreen->trigger();
     EXPECT_FALSE(w.windowState() & Qt::WindowMaximized);
     EXPECT_FALSE(w.mnuFullScreen->isChecked());
 }
 
-TEST_F(VideoPlayerTest, SeeksMoveTenWholeSecondsWithNoClampingAtEitherEnd) {
-    frmVideoPlayer& w = openFilm(film(QStringLiteral("Clip.avi"), 60));
-    clock().advance(3300);  // about 3.6 s in
-    playerMP().calls.clear();
-    w.mnuSeekR_Click();
-    EXPECT_EQ(playerMP().calls, QStringList{QStringLiteral("CurrentPosition=-6")});
-
-    playerMP().setCurrentPosition(55.4);
-    playerMP().calls.clear();
-    w.mnuSeekF_Click();
-    EXPECT_EQ(playerMP().calls, QStringList{QStringLiteral("CurrentPosition=65")});
-}
-
-TEST_F(VideoPlayerTest, Timer1KeepsTheMainDisplayWithTheFilmButNotDuringAQueue) {
-    frmVideoPlayer& w = openFilm(film(QStringLiteral("Clip.avi"), 60));
-    ASSERT_TRUE(main->Timer3.isEnabled());
-    playerMP().Pause();
-    main->PlaylistRunning = VTrue;
-    clock().advance(200);
-    EXPECT_TRUE(main->Timer3.isEnabled());
-
-    main->PlaylistRunning = VFalse;
-    clock().advance(200);
-    EXPECT_FALSE(main->Timer3.isEnabled());
-
-    // Playing again starts it at once, by the play-state event.
-    w.mnuFile_Click();
-    w.mnuPause_Click();
-    EXPECT_TRUE(main->Timer3.isEnabled());
-}
-
-TEST_F(VideoPlayerTest, TheMainDisplayFollowsTheFilmWhileItPlays) {
-    openFilm(film(QStringLiteral("Clip.avi"), 10));
-    const int start = main->imgPlayProgress.rect.left();
-    // Timer1 keeps switching the main display on; that must not hold its ticks back.
-    clock().advance(5000);
-    EXPECT_GT(main->imgPlayProgress.rect.left(), start + 50);
-}
-
-TEST_F(VideoPlayerTest, ThePositionIsSavedInTwipsAndUsedAtTheNextLoad) {
-    frmVideoPlayer& w = openFilm(film(QStringLiteral("Clip.avi")));
-    w.move(210, 150);
-    const double tpp = twips(&w);
-    const QPoint at = w.pos();
-    w.close();
-    EXPECT_EQ(player(), nullptr);
-    EXPECT_DOUBLE_EQ(Val(ReadAppSetting(QStringLiteral("Video Player Left"), {})), at.x() * tpp);
-    EXPECT_DOUBLE_EQ(Val(ReadAppSetting(QStringLiteral("Video Player Top"), {})), at.y() * tpp);
-
-    auto* again = new frmVideoPlayer();
-    EXPECT_EQ(again->pos(), at);
-}
-
-TEST_F(VideoPlayerTest, ClosingReturnsTheMainWindowToIdleUnlessAStopIsUnderWay) {
-    frmVideoPlayer& w = openFilm(film(QStringLiteral("Clip.avi")));
-    main->StopRequested = VTrue;
-    w.close();
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Stop"));
-    main->PlayStopped();
-
-    frmVideoPlayer& again = openFilm(film(QStringLiteral("Other.avi")));
-    main->StopRequested = VFalse;
-    ASSERT_TRUE(main->Timer3.isEnabled());
-    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-    QApplication::sendEvent(&again, &escape);
-    EXPECT_EQ(player(), nullptr);
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
-    EXPECT_FALSE(main->Timer3.isEnabled());
-}
-
-TEST_F(VideoPlayerTest, ASecondFilmFromItsOwnMenuKeepsTheFirstFilmsSize) {
+TEST_F(VideoPlayerTest, FilmsFromItsOwnMenuKeepTheFirstSizeAndTheRecentListAndPlaceOutliveIt) {
+    setting("Show Extension", QStringLiteral("0"));
     frmVideoPlayer& w = openFilm(film(QStringLiteral("Small.avi"), 12, QSize(320, 240)));
-    const QString big = film(QStringLiteral("Big.mpg"), 30, QSize(640, 480));
-    dialogs->scriptFiles({big});
-    w.mnuOpen_Click();
-    clock().advance(1000);
-
+    const QString a = film(QStringLiteral("A.avi")), big = film("Big.mpg", 30, QSize(640, 480));
+    for (const QString& path : {a, big}) {
+        dialogs->scriptFiles({path});
+        w.mnuOpen->trigger();
+        clock().advance(1000);
+    }
     const DialogCall& call = dialogs->calls.last();
     EXPECT_EQ(call.request.title, QStringLiteral("Select Video File:"));
     EXPECT_EQ(call.request.filter,
@@ -193,48 +149,29 @@ TEST_F(VideoPlayerTest, ASecondFilmFromItsOwnMenuKeepsTheFirstFilmsSize) {
     // The main window keeps the first film's length, but lists and titles the new one.
     EXPECT_EQ(main->TrackLength, 12);
     EXPECT_EQ(main->List1, QStringList{big});
-    EXPECT_EQ(main->TitleText(), QStringLiteral("Big.mpg"));
+    EXPECT_EQ(main->TitleText(), QStringLiteral("Big"));
     EXPECT_EQ(ReadAppSetting(QStringLiteral("Video Player Directory"), {}), tempDir());
     EXPECT_EQ(caption(w.mnuFileMRU[1]), QStringLiteral("&1. ") + big);
-    EXPECT_TRUE(w.mnuFileMRU[1]->isVisible());
-}
-
-TEST_F(VideoPlayerTest, ARecentFilmPlaysAndMovesToTheTop) {
-    setting("Show Extension", QStringLiteral("0"));
-    frmVideoPlayer& w = openFilm(film(QStringLiteral("First.avi")));
-    const QString a = film(QStringLiteral("A.avi")), b = film(QStringLiteral("B.avi"));
-    for (const QString& path : {a, b}) {
-        dialogs->scriptFiles({path});
-        w.mnuOpen_Click();
-    }
-    EXPECT_EQ(caption(w.mnuFileMRU[1]), QStringLiteral("&1. ") + b);
     EXPECT_EQ(caption(w.mnuFileMRU[2]), QStringLiteral("&2. ") + a);
 
-    w.mnuFileMRU_Click(2);
+    w.mnuFileMRU[2]->trigger();
     EXPECT_EQ(playerMP().fileName(), a);
-    EXPECT_EQ(playerMP().PlayState(), int(MediaPlayer::mpPlaying));
     EXPECT_EQ(caption(w.mnuFileMRU[1]), QStringLiteral("&1. ") + a);
     EXPECT_EQ(main->TitleText(), QStringLiteral("A"));
 
-    // The list outlives the window.
+    w.move(210, 150);
+    const double tpp = twips(&w);
+    const QPoint at = w.pos();
     w.close();
+    EXPECT_DOUBLE_EQ(Val(ReadAppSetting(QStringLiteral("Video Player Left"), {})), at.x() * tpp);
+    EXPECT_DOUBLE_EQ(Val(ReadAppSetting(QStringLiteral("Video Player Top"), {})), at.y() * tpp);
     auto* again = new frmVideoPlayer();
-    EXPECT_EQ(caption(again->mnuFileMRU[2]), QStringLiteral("&2. ") + b);
+    EXPECT_EQ(again->pos(), at);
+    EXPECT_EQ(caption(again->mnuFileMRU[2]), QStringLiteral("&2. ") + big);
     EXPECT_TRUE(again->mnuFileMRU[0]->isVisible());
 }
 
-TEST_F(VideoPlayerTest, AFilmThePlayerRefusesLeavesThePictureHidden) {
-    const QString bad = file(QStringLiteral("Broken.avi"));  // no length: refused
-    auto* w = new frmVideoPlayer();
-    w->show();
-    w->MP()->setFileName(bad);
-    w->MP()->Play();
-    clock().advance(3000);
-    EXPECT_TRUE(w->MPView->isHidden());
-    EXPECT_TRUE(w->Timer2.isEnabled());
-}
-
-TEST_F(VideoPlayerTest, TheZoomEntriesStandInTheVideoPopUp) {
+TEST_F(VideoPlayerTest, ARefusedFilmStaysHiddenAndTheZoomEntriesOnlyStandInTheMenu) {
     openFilm(film(QStringLiteral("Clip.avi")));
     QStringList captions;
     for (QAction* a : temp->popZoom->actions()) captions << a->text();
@@ -245,6 +182,15 @@ TEST_F(VideoPlayerTest, TheZoomEntriesStandInTheVideoPopUp) {
     for (QAction* a : temp->popZoom->actions()) a->trigger();
     EXPECT_EQ(player()->size(), before);
     EXPECT_EQ(playerMP().DisplaySize(), int(MediaPlayer::mpFitToSize));
+    player()->close();
+
+    auto* w = new frmVideoPlayer();
+    w->show();
+    w->MP()->setFileName(file(QStringLiteral("Broken.avi")));  // no length: refused
+    w->MP()->Play();
+    clock().advance(3000);
+    EXPECT_TRUE(w->MPView->isHidden());
+    EXPECT_TRUE(w->Timer2.isEnabled());
 }
 
 }  // namespace

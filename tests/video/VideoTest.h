@@ -7,9 +7,6 @@
 #include "../player/PlayerTest.h"
 #include "app/AppState.h"
 #include "app/Settings.h"
-#include "platform/clock/QtClock.h"
-#include "platform/filmplayer/MpvFilmPlayer.h"
-#include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "support/FakeFilmMediaPlayer.h"
 #include "support/FakeFilmPlayer.h"
 #include "video/WindowMetrics.h"
@@ -30,17 +27,6 @@ class VideoTest : public PlayerTest {
         Components::provideFactory<VideoPlayerWindow>(
             [] { return std::make_unique<frmVideoPlayer>(); });
         FakeFilmPlayer::install();
-        Components::provideFactory<VivoPlayerWindow>(
-            [] { return std::make_unique<frmVivoPlayer>(); });
-    }
-
-    // The real players on libmpv and the real film windows, in real time.
-    static void installMpvPlayers() {
-        Components::provideService<Clock>(std::make_shared<QtClock>());
-        Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
-        Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
-        Components::provideFactory<VideoPlayerWindow>(
-            [] { return std::make_unique<frmVideoPlayer>(); });
         Components::provideFactory<VivoPlayerWindow>(
             [] { return std::make_unique<frmVivoPlayer>(); });
     }

@@ -21,17 +21,20 @@ class VivoPlayerTest : public VideoTest {
     FakeFilmPlayer& control() { return *static_cast<FakeFilmPlayer*>(window()->VvWeb1()); }
     // Where a window fitted to a film of `size` stands, by its frame.
     static QRect centred(frmVivoPlayer& w, QSize size) {
-        const QSize outer = size + ChromeSize(&w, &w);
-        const QSize screen = ScreenSize(&w);
+        const QSize outer = size + ChromeSize(&w, &w), screen = ScreenSize(&w);
         return QRect(
             QPoint((screen.width() - outer.width()) / 2, (screen.height() - outer.height()) / 2),
             outer);
     }
+    void escape() {
+        QKeyEvent key(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QApplication::sendEvent(window(), &key);
+    }
 };
 
-TEST_F(VivoPlayerTest, AFilmOpensCentredAndFittedWithTheMainWindowHidden) {
+TEST_F(VivoPlayerTest, AFilmOpensCentredAndFittedInPlaceOfTheMainWindowAndItsEndStopsTheTimers) {
     main->show();
-    openByDialog(vivo(QStringLiteral("Movie.viv")));
+    openByDialog(vivo(QStringLiteral("Movie.viv"), QSize(320, 240), 5000));
     frmVivoPlayer* w = window();
     ASSERT_NE(w, nullptr);
     EXPECT_TRUE(w->isVisible());
@@ -41,13 +44,39 @@ TEST_F(VivoPlayerTest, AFilmOpensCentredAndFittedWithTheMainWindowHidden) {
     EXPECT_EQ(w->frameGeometry(), centred(*w, QSize(320, 240)));
     EXPECT_EQ(w->size(), QSize(320, 240));
     EXPECT_EQ(w->VvWeb1View->geometry(), QRect(0, 0, 320, 240));
+
+    main->OpenComplete(5);
+    main->Timer1.setEnabled(true);
+    main->Timer2.setEnabled(true);
+    clock().advance(4000);
+    EXPECT_TRUE(main->Timer2.isEnabled());
+    clock().advance(1100);
+    EXPECT_EQ(control().states.last(), QStringLiteral("play_out_complete"));
+    EXPECT_FALSE(main->Timer1.isEnabled());
+    EXPECT_FALSE(main->Timer2.isEnabled());
+    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
+    ASSERT_NE(window(), nullptr);
+    EXPECT_TRUE(window()->isVisible());
+
+    // Escape closes it and brings the main window back.
+    QPointer<FakeFilmPlayer> film = &control();
+    escape();
+    EXPECT_EQ(window(), nullptr);
+    EXPECT_TRUE(main->isVisible());
+    ASSERT_TRUE(film);
+    EXPECT_EQ(film->calls.mid(film->calls.size() - 2), (QStringList{"Stop", "Film="}));
 }
 
-TEST_F(VivoPlayerTest, AFilmLargerThanTheScreenOpensAtTheTopLeftAndRunsPastTheEdges) {
+TEST_F(VivoPlayerTest, AFilmLargerThanTheScreenRunsPastTheEdgesAndABrokenOneKeepsTheSize) {
     auto* w = new frmVivoPlayer();
     w->show();
-    const QSize screen = ScreenSize(w);
-    const QSize film = screen + QSize(100, 60);
+    const QSize design = w->size();
+    w->VvWeb1Open(file(QStringLiteral("Broken.viv")));  // not a film the control knows
+    w->VvWeb1Play();
+    clock().advance(2000);
+    EXPECT_EQ(w->size(), design);
+
+    const QSize film = ScreenSize(w) + QSize(100, 60);
     w->VvWeb1Open(vivo(QStringLiteral("Huge.viv"), film));
     w->VvWeb1Play();
     EXPECT_EQ(w->frameGeometry().topLeft(), QPoint(0, 0));
@@ -62,90 +91,9 @@ TEST_F(VivoPlayerTest, AFilmLargerThanTheScreenOpensAtTheTopLeftAndRunsPastTheEd
     EXPECT_EQ(w->VvWeb1View->geometry(), QRect(50, 0, wide.width(), wide.height()));
 }
 
-TEST_F(VivoPlayerTest, TheFilmsEndStopsTheMainTimersButLeavesTheWindowOpen) {
-    openByDialog(vivo(QStringLiteral("Movie.viv"), QSize(320, 240), 5000));
-    main->OpenComplete(5);
-    main->Timer1.setEnabled(true);
-    main->Timer2.setEnabled(true);
-    clock().advance(4000);
-    EXPECT_TRUE(main->Timer2.isEnabled());
-
-    clock().advance(1100);
-    EXPECT_EQ(control().states.last(), QStringLiteral("play_out_complete"));
-    EXPECT_FALSE(main->Timer1.isEnabled());
-    EXPECT_FALSE(main->Timer2.isEnabled());
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
-    ASSERT_NE(window(), nullptr);
-    EXPECT_TRUE(window()->isVisible());
-}
-
-TEST_F(VivoPlayerTest, TheCaptionSurvivesATripToFullScreenAndBack) {
-    openByDialog(vivo(QStringLiteral("Movie.viv")));
-    frmVivoPlayer& w = *window();
-    QStringList titles;
-    QObject::connect(&w, &QWidget::windowTitleChanged, &w,
-                     [&titles](const QString& t) { titles << t; });
-
-    w.FullScreenMenu->trigger();
-    EXPECT_TRUE(w.windowState() & Qt::WindowMaximized);
-    EXPECT_TRUE(w.FullScreenMenu->isChecked());
-    EXPECT_EQ(w.VvWeb1View->geometry(), QRect(0, w.y(), w.width(), w.height()));
-    EXPECT_EQ(titles, (QStringList{QString(), "Right-Click for Options..."}));
-
-    w.FullScreenMenu->trigger();
-    EXPECT_FALSE(w.windowState() & Qt::WindowMaximized);
-    EXPECT_FALSE(w.FullScreenMenu->isChecked());
-    EXPECT_EQ(w.windowTitle(), QStringLiteral("Right-Click for Options..."));
-    EXPECT_EQ(w.frameGeometry(), centred(w, QSize(320, 240)));
-}
-
-TEST_F(VivoPlayerTest, PauseIsAStopThatKeepsTheFilmAndRestartReloadsTheCurrentFile) {
+TEST_F(VivoPlayerTest, TheRightButtonMenuAndItsCommands) {
     const QString path = vivo(QStringLiteral("Movie.viv"));
     openByDialog(path);
-    frmVivoPlayer& w = *window();
-    control().calls.clear();
-
-    w.PauseMenu->trigger();
-    EXPECT_EQ(control().calls, QStringList{"Stop"});
-    EXPECT_EQ(caption(w.PauseMenu), QStringLiteral("Resume"));
-    w.PauseMenu->trigger();
-    EXPECT_EQ(control().calls, (QStringList{"Stop", "Play"}));
-    EXPECT_EQ(caption(w.PauseMenu), QStringLiteral("Pause"));
-
-    control().calls.clear();
-    w.StopMenu->trigger();
-    EXPECT_EQ(control().calls, (QStringList{"Stop", "Film="}));
-    EXPECT_FALSE(w.StopMenu->isEnabled());
-    EXPECT_FALSE(w.PauseMenu->isEnabled());
-
-    control().calls.clear();
-    w.RestartMenu->trigger();
-    EXPECT_EQ(control().calls, (QStringList{"Film=" + path, "Play"}));
-    EXPECT_TRUE(w.StopMenu->isEnabled());
-    EXPECT_FALSE(w.PauseMenu->isEnabled());
-
-    w.AboutMovieMenu->trigger();
-    w.SaveMenu->trigger();
-    EXPECT_EQ(control().calls.mid(2), (QStringList{"About", "Save"}));
-}
-
-TEST_F(VivoPlayerTest, ClosingBringsTheMainWindowBackIdle) {
-    main->show();
-    openByDialog(vivo(QStringLiteral("Movie.viv")));
-    main->OpenComplete(5);
-    ASSERT_FALSE(main->isVisible());
-    QPointer<FakeFilmPlayer> film = &control();
-    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-    QApplication::sendEvent(window(), &escape);
-    EXPECT_EQ(window(), nullptr);
-    EXPECT_TRUE(main->isVisible());
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
-    ASSERT_TRUE(film);
-    EXPECT_EQ(film->calls.mid(film->calls.size() - 2), (QStringList{"Stop", "Film="}));
-}
-
-TEST_F(VivoPlayerTest, TheCloseEntryAndTheRightButtonMenu) {
-    openByDialog(vivo(QStringLiteral("Movie.viv")));
     frmVivoPlayer& w = *window();
     emit control().MouseDown(1, 0, 10, 10);
     EXPECT_FALSE(w.MainMenu->isVisible());
@@ -158,20 +106,36 @@ TEST_F(VivoPlayerTest, TheCloseEntryAndTheRightButtonMenu) {
                                      "About Movie", "Save As...", "Close"}));
     w.MainMenu->hide();
 
+    // The caption survives a trip to full screen and back.
+    QStringList titles;
+    QObject::connect(&w, &QWidget::windowTitleChanged, &w, [&](const QString& t) { titles << t; });
+    w.FullScreenMenu->trigger();
+    EXPECT_TRUE(w.windowState() & Qt::WindowMaximized);
+    EXPECT_TRUE(w.FullScreenMenu->isChecked());
+    EXPECT_EQ(w.VvWeb1View->geometry(), QRect(0, w.y(), w.width(), w.height()));
+    w.FullScreenMenu->trigger();
+    EXPECT_FALSE(w.windowState() & Qt::WindowMaximized);
+    EXPECT_EQ(titles, (QStringList{QString(), "Right-Click for Options..."}));
+    EXPECT_EQ(w.frameGeometry(), centred(w, QSize(320, 240)));
+
+    // Pause is a stop that keeps the film; Restart reloads the current file.
+    control().calls.clear();
+    w.PauseMenu->trigger();
+    EXPECT_EQ(w.PauseMenu->text(), QStringLiteral("Resume"));
+    w.PauseMenu->trigger();
+    EXPECT_EQ(w.PauseMenu->text(), QStringLiteral("Pause"));
+    w.StopMenu->trigger();
+    EXPECT_FALSE(w.StopMenu->isEnabled());
+    EXPECT_FALSE(w.PauseMenu->isEnabled());
+    w.RestartMenu->trigger();
+    EXPECT_TRUE(w.StopMenu->isEnabled());
+    w.AboutMovieMenu->trigger();
+    w.SaveMenu->trigger();
+    EXPECT_EQ(control().calls, (QStringList{"Stop", "Play", "Stop", "Film=", "Film=" + path, "Play",
+                                            "About", "Save"}));
     w.ExitMenu->trigger();
     EXPECT_EQ(window(), nullptr);
     EXPECT_TRUE(main->isVisible());
-}
-
-TEST_F(VivoPlayerTest, AFilmThatNeverStartsKeepsTheDesignSize) {
-    auto* w = new frmVivoPlayer();
-    w->show();
-    const QSize design = w->size();
-    w->VvWeb1Open(file(QStringLiteral("Broken.viv")));  // not a film the control knows
-    w->VvWeb1Play();
-    clock().advance(2000);
-    EXPECT_EQ(w->size(), design);
-    EXPECT_TRUE(static_cast<FakeFilmPlayer*>(w->VvWeb1())->states.isEmpty());
 }
 
 }  // namespace
