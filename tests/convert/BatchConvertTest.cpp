@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QProgressBar>
+#include <QToolBar>
 
 #include "app/Settings.h"
 #include "convert/FileConversionFixture.h"
@@ -42,7 +43,7 @@ class BatchConvertTest : public FileConversionFixture {
     }
 };
 
-TEST_F(BatchConvertTest, ConvertsEveryFileIntoTheFolderAndLeavesTheCaption) {
+TEST_F(BatchConvertTest, ConvertsEveryFileIntoTheFolderAndAFileAddedDuringTheRunJoinsIt) {
     frmBatchConvert& w = open();
     EXPECT_EQ(w.windowTitle(), QStringLiteral("WAV Batch Converter"));
     start(w);
@@ -50,33 +51,29 @@ TEST_F(BatchConvertTest, ConvertsEveryFileIntoTheFolderAndLeavesTheCaption) {
     ASSERT_EQ(acm().showings.size(), 1);
     EXPECT_EQ(acm().showings[0].title, QStringLiteral("Select..."));
     EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Stop Conversion"));
-    EXPECT_EQ(w.List1->currentRow(), 0);
-
     // The gauge follows the source while the timer runs.
     chain().length = 400;
     chain().position = 100;
     clock().advance(100);
     EXPECT_EQ(w.Gauge->value(), 25);
-
-    chain().dataEnd();
-    settle();
-    EXPECT_EQ(w.List1->currentRow(), 1);
-    chain().dataEnd();
-    settle();
-    chain().dataEnd();
-    settle();
-    ASSERT_EQ(chain().conversions.size(), 3);
-    for (int i = 0; i < 3; ++i) {
-        EXPECT_EQ(chain().conversions[i].format, kMuLaw);
-        EXPECT_EQ(chain().conversions[i].destination,
-                  out() + u'/' + QFileInfo(chain().conversions[i].source).fileName());
+    // The window stays open while a file converts, and the list isn't locked.
+    EXPECT_FALSE(w.unload());
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    dialogs->scriptFiles({file(QStringLiteral("late.wav"))});
+    w.AddMenu->trigger();
+    for (int i = 0; i < 4; ++i) {
+        chain().dataEnd();
+        settle();
     }
-    EXPECT_EQ(chain().prepared.size(), 3);
+    ASSERT_EQ(chain().conversions.size(), 4);
+    for (const auto& c : chain().conversions) {
+        EXPECT_EQ(c.format, kMuLaw);
+        EXPECT_EQ(c.destination, out() + u'/' + QFileInfo(c.source).fileName());
+    }
     EXPECT_EQ(w.Label1->text(), kDone);
     EXPECT_EQ(msgBox().texts(), QStringList{kDone});
     EXPECT_EQ(w.List1->count(), 0);
     EXPECT_EQ(w.Gauge->value(), 0);
-    EXPECT_FALSE(w.tmrGauge->isEnabled());
     // The caption stays: an empty list answers first, then a new list's first click stops.
     EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Stop Conversion"));
     w.ConvertMenu->trigger();
@@ -85,36 +82,42 @@ TEST_F(BatchConvertTest, ConvertsEveryFileIntoTheFolderAndLeavesTheCaption) {
     w.ConvertMenu->trigger();
     EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Start Conversion"));
     EXPECT_EQ(w.Label1->text(), kStopped);
-    EXPECT_EQ(chain().conversions.size(), 3);
+    EXPECT_EQ(chain().conversions.size(), 4);
+    EXPECT_TRUE(w.unload());
 }
 
-TEST_F(BatchConvertTest, DecliningTheFormatStoresTheFolderAndStartsNothing) {
+TEST_F(BatchConvertTest, DecliningTheFormatOrStoppingKeepsTheListAndAFailedStartIsTold) {
     frmBatchConvert& w = open();
     start(w, std::nullopt);
     EXPECT_EQ(ReadAppSetting(QStringLiteral("WAV Convert Output Path"), {}), out());
     EXPECT_EQ(chain().starts, 0);
     EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Start Conversion"));
-    EXPECT_EQ(w.List1->count(), 3);
-
     dialogs->scriptCancel();
     w.ConvertMenu->trigger();
     EXPECT_EQ(acm().showings.size(), 1);
-}
 
-TEST_F(BatchConvertTest, AStopDuringTheLastFileKeepsTheList) {
-    frmBatchConvert& w = open();
+    // A stop during the last file.
     start(w);
     chain().dataEnd();
     settle();
     chain().dataEnd();
     settle();
-    w.Toolbar1_ButtonClick(QStringLiteral("Convert"));
+    w.Toolbar1->findChild<QAction*>(QStringLiteral("Convert"))->trigger();
     settle();
     EXPECT_EQ(w.Label1->text(), kStopped);
     EXPECT_EQ(w.List1->count(), 3);
     EXPECT_TRUE(msgBox().shown.isEmpty());
-    EXPECT_EQ(chain().conversions.size(), 3);
     EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Start Conversion"));
+
+    chain().scriptStartError(QStringLiteral("a.wav"), QStringLiteral("no sound in it"));
+    start(w);
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(
+        msgBox().shown[0].text,
+        QStringLiteral("An error occurred while attempting to convert the current file (") +
+            tempDir() +
+            QStringLiteral("/in/a.wav).  \r\n\r\nExtended Error Information:  no sound in it"));
+    EXPECT_EQ(msgBox().shown[0].icon(), Mb::Information);
 }
 
 TEST_F(BatchConvertTest, AFullDiskEndsTheRunAfterTheFileInWork) {
@@ -133,37 +136,6 @@ TEST_F(BatchConvertTest, AFullDiskEndsTheRunAfterTheFileInWork) {
     EXPECT_EQ(w.List1->count(), 3);
     EXPECT_NE(w.Label1->text(), kDone);
     EXPECT_TRUE(QFileInfo::exists(out() + QStringLiteral("/a.wav")));
-}
-
-TEST_F(BatchConvertTest, AFailedStartTellsTheFileAndTheReason) {
-    frmBatchConvert& w = open();
-    chain().scriptStartError(QStringLiteral("a.wav"), QStringLiteral("no sound in it"));
-    start(w);
-    ASSERT_EQ(msgBox().shown.size(), 1);
-    EXPECT_EQ(
-        msgBox().shown[0].text,
-        QStringLiteral("An error occurred while attempting to convert the current file (") +
-            tempDir() +
-            QStringLiteral("/in/a.wav).  \r\n\r\nExtended Error Information:  no sound in it"));
-    EXPECT_EQ(msgBox().shown[0].icon(), Mb::Information);
-}
-
-TEST_F(BatchConvertTest, TheWindowStaysOpenWhileAFileConverts) {
-    frmBatchConvert& w = open();
-    start(w);
-    EXPECT_FALSE(w.unload());
-    EXPECT_TRUE(Forms::find<frmBatchConvert>());
-    EXPECT_TRUE(msgBox().shown.isEmpty());
-    // The list isn't locked here: a file added during the run joins it.
-    w.AddMenu_Click();
-    EXPECT_EQ(dialogs->calls.last().kind, DialogCall::Open);
-    w.addEntry(file(QStringLiteral("late.wav")));
-    for (int i = 0; i < 4; ++i) {
-        chain().dataEnd();
-        settle();
-    }
-    EXPECT_EQ(chain().conversions.size(), 4);
-    EXPECT_TRUE(w.unload());
 }
 
 }  // namespace

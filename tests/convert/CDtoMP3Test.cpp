@@ -1,10 +1,14 @@
-// The CD to MP3 window on a scripted extractor and encoder in virtual time: the drive and
-// track lists, the temporary-space question, the names of the outputs, a run and its stop.
+// The CD to MP3 window, driven by its menus and list: on a scripted extractor and encoder in
+// virtual time (the drive and track lists, the temporary-space question, the names of the
+// outputs, a run and its stop), and on cd-paranoia and LAME reading a disc image.
 #include <gtest/gtest.h>
+#include <sndfile.h>
 
 #include <QAction>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTest>
+#include <QToolBar>
 
 #include "app/AppState.h"
 #include "app/Runtime.h"
@@ -14,9 +18,14 @@
 #include "convert/ProgressShape.h"
 #include "convert/frmCDtoMP3.h"
 #include "platform/clock/Timer.h"
+#include "platform/mp3encoder/LameMp3Encoder.h"
+#include "platform/trackextractor/ParanoiaTrackExtractor.h"
 #include "player/frmTemp.h"
 #include "skin/frmSettings.h"
+#include "support/AudioFixtures.h"
+#include "support/DiscImage.h"
 #include "support/FakeTrackExtractor.h"
+#include "support/ImageDrives.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -74,10 +83,20 @@ class CDtoMP3Test : public FileConversionFixture {
     double (*saved_)(const QString&) = nullptr;
 };
 
-TEST_F(CDtoMP3Test, OpeningListsTheDrivesAndTheStoredDrivesTracks) {
+TEST_F(CDtoMP3Test, OpeningListsTheDrivesAndTheStoredDrivesTracksOrEndsTheWindow) {
+    Components::provideFactory<TrackExtractor>([] {
+        auto fake = std::make_unique<FakeTrackExtractor>();
+        fake->initializeResult = 1;
+        return fake;
+    });
+    frmTemp::get().mnuCDtoMP3_Click();
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{QStringLiteral("Can´t initialize ASPI ! Please use a newer version of "
+                                         "ASPI. Program abort!")});
+    EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmCDtoMP3")));
+
     SaveAppSetting(QStringLiteral("CD to MP3 Drive"), QStringLiteral("1"));
     SaveAppSetting(QStringLiteral("CD to MP3 Base Filename"), QStringLiteral("Song"));
-    FakeTrackExtractor::install();
     Components::provideFactory<TrackExtractor>([] {
         auto fake = std::make_unique<FakeTrackExtractor>();
         fake->drives = {QStringLiteral("First"), QStringLiteral("Second")};
@@ -86,47 +105,24 @@ TEST_F(CDtoMP3Test, OpeningListsTheDrivesAndTheStoredDrivesTracks) {
     });
     frmCDtoMP3& w = open();
     EXPECT_EQ(w.windowTitle(), QStringLiteral("Convert CD to MP3"));
-    EXPECT_EQ(w.mnuExit->text(), QStringLiteral("E&xit\tAlt+F4"));
     EXPECT_EQ(w.Text2->text(), QStringLiteral("Song"));
     EXPECT_EQ(w.Dir1Path(), out());
     EXPECT_EQ(w.List2->count(), 2);
     EXPECT_EQ(w.Text1->text(), QStringLiteral("Second"));
-    EXPECT_EQ(acd().selectedDrive, 2);
-    ASSERT_EQ(w.List1->count(), 2);
-    EXPECT_EQ(w.List1->item(0)->text(), QStringLiteral("Track 01     Length: 00:05"));
-    EXPECT_EQ(w.List1->item(1)->text(), QStringLiteral("Track 02     Length: 59:59"));
-    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(rows(w.List1), QStringList({QStringLiteral("Track 01     Length: 00:05"),
+                                          QStringLiteral("Track 02     Length: 59:59")}));
+    EXPECT_EQ(msgBox().shown.size(), 1);
     EXPECT_DOUBLE_EQ(w.FullWidth, 3495);
-    EXPECT_DOUBLE_EQ(w.Shape1->Width(), 0);
 
     w.Text2->setText(QStringLiteral("Other"));
-    w.List2->setCurrentRow(0);
-    w.List2_Click();
+    QTest::mouseClick(w.List2->viewport(), Qt::LeftButton, {},
+                      w.List2->visualItemRect(w.List2->item(0)).center());
     EXPECT_EQ(w.Text1->text(), QStringLiteral("First"));
     EXPECT_EQ(w.List1->count(), 3);
-    w.unload();
+    w.mnuExit->trigger();
     EXPECT_EQ(ReadAppSetting(QStringLiteral("CD to MP3 Base Filename"), {}),
               QStringLiteral("Other"));
     EXPECT_EQ(ReadAppSetting(QStringLiteral("CD to MP3 Drive"), {}), QStringLiteral("0"));
-}
-
-TEST_F(CDtoMP3Test, AnExtractorThatCannotStartEndsTheWindow) {
-    Components::provideFactory<TrackExtractor>([] {
-        auto fake = std::make_unique<FakeTrackExtractor>();
-        fake->initializeResult = 1;
-        return fake;
-    });
-    frmCDtoMP3& w = Forms::touch<frmCDtoMP3>();
-    EXPECT_EQ(msgBox().texts(),
-              QStringList{QStringLiteral("Can´t initialize ASPI ! Please use a newer version of "
-                                         "ASPI. Program abort!")});
-    EXPECT_EQ(msgBox().shown[0].icon(), 0);
-    EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmCDtoMP3")));
-    // The menu command shows no window then.
-    frmTemp::get().mnuCDtoMP3_Click();
-    EXPECT_EQ(msgBox().shown.size(), 2);
-    EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmCDtoMP3")));
-    Q_UNUSED(w);
 }
 
 TEST_F(CDtoMP3Test, TheTemporarySpaceQuestionComesBelowThirtyMegabytes) {
@@ -143,7 +139,6 @@ TEST_F(CDtoMP3Test, TheTemporarySpaceQuestionComesBelowThirtyMegabytes) {
     EXPECT_TRUE(msgBox().shown[0].text.startsWith(
         QStringLiteral("The \"Temporary Files Location\" you selected is running low")));
     EXPECT_EQ(msgBox().shown[0].buttons(), Mb::YesNo);
-    EXPECT_EQ(msgBox().shown[0].icon(), Mb::Information);
     EXPECT_FALSE(Forms::find<frmSettings>() && Forms::find<frmSettings>()->isVisible());
 
     // No shows the settings, and the window waits until they are closed.
@@ -157,18 +152,24 @@ TEST_F(CDtoMP3Test, TheTemporarySpaceQuestionComesBelowThirtyMegabytes) {
         }
     });
     closer.setEnabled(true);
-    frmCDtoMP3& w = open();
+    EXPECT_EQ(open().List1->count(), 3);
     EXPECT_TRUE(sawSettings);
-    EXPECT_EQ(w.List1->count(), 3);
 }
 
-TEST_F(CDtoMP3Test, ARunMakesOneMp3ATrackAndRemovesTheTemporaryWav) {
+TEST_F(CDtoMP3Test, ARunMakesOneMp3ATrackWithTheBarsFollowingAndRemovesTheTemporaryWav) {
     SaveAppSetting(QStringLiteral("Conversion Bitrate"), QStringLiteral("3"));
     frmCDtoMP3& w = open();
     w.mnuDownMix->trigger();
     QStringList titles;
     QObject::connect(&w, &QWidget::windowTitleChanged, [&](const QString& t) { titles << t; });
     select(w, {0, 2});
+    encoder().run.frameTotal = 200;
+    encoder().run.steps = 2;  // one progress at half way
+    QList<std::pair<double, double>> seen;
+    QObject::connect(&encoder(), &Mp3Encoder::EncodeProgress, &w, [&](qint32 v) {
+        if (v == 100) seen.append({w.Shape1->Width(), w.Shape2->Width()});
+    });
+    onFirstProgress([&] { seen.append({w.Shape1->Width(), w.Shape2->Width()}); });
     w.mnuConvert->trigger();
 
     EXPECT_EQ(w.windowTitle(), kComplete);
@@ -176,84 +177,57 @@ TEST_F(CDtoMP3Test, ARunMakesOneMp3ATrackAndRemovesTheTemporaryWav) {
     EXPECT_TRUE(titles.contains(QStringLiteral("Convert CD to MP3 - Initializing Conversion...")));
     EXPECT_TRUE(titles.contains(QStringLiteral("Convert CD to MP3 - Conversion in Progress...")));
     const QString tempWav = temp + QStringLiteral("track.wav");
-    ASSERT_EQ(acd().extractions.size(), 2);
-    EXPECT_EQ(acd().extractions[0], qMakePair(tempWav, 1));
-    EXPECT_EQ(acd().extractions[1], qMakePair(tempWav, 3));
-    ASSERT_EQ(encoder().run.setFilesCalls.size(), 2);
-    EXPECT_EQ(encoder().run.setFilesCalls[0], qMakePair(tempWav, out() + "/Track1.mp3"));
-    EXPECT_EQ(encoder().run.setFilesCalls[1], qMakePair(tempWav, out() + "/Track3.mp3"));
+    EXPECT_EQ(acd().extractions, (QList<QPair<QString, int>>{{tempWav, 1}, {tempWav, 3}}));
+    EXPECT_EQ(encoder().run.setFilesCalls,
+              (QList<QPair<QString, QString>>{{tempWav, out() + "/Track1.mp3"},
+                                              {tempWav, out() + "/Track3.mp3"}}));
     EXPECT_EQ(encoder().startSettings[0], qMakePair(qint32(256000), true));
     EXPECT_FALSE(QFileInfo::exists(tempWav));
     EXPECT_TRUE(QFileInfo::exists(out() + "/Track3.mp3"));
     EXPECT_DOUBLE_EQ(w.Shape1->Width(), 0);
     EXPECT_TRUE(msgBox().shown.isEmpty());
-}
-
-TEST_F(CDtoMP3Test, TheBarsFollowTheExtractionAndTheEncoding) {
-    frmCDtoMP3& w = open();
-    select(w, {0, 1});
-    encoder().run.frameTotal = 200;
-    QList<std::pair<double, double>> seen;
-    QObject::connect(&encoder(), &Mp3Encoder::EncodeProgress, &w, [&](qint32 v) {
-        if (v == 100) seen.append({w.Shape1->Width(), w.Shape2->Width()});
-    });
-    onFirstProgress([&] { seen.append({w.Shape1->Width(), w.Shape2->Width()}); });
-    encoder().run.steps = 2;  // one progress at half way
-    w.mnuConvert->trigger();
+    // Half of the first track's encoding, then half of the second's.
     ASSERT_EQ(seen.size(), 3);
     EXPECT_DOUBLE_EQ(seen[0].second, 3495.0 / 1000 * 250);
-    // Half of the first track's encoding, then half of the second's.
     EXPECT_DOUBLE_EQ(seen[1].second, 3495.0 / 2);
     EXPECT_DOUBLE_EQ(seen[1].first, 3495.0 / 4);
     EXPECT_DOUBLE_EQ(seen[2].first, 3495.0 / 2 + 3495.0 / 4);
-}
 
-TEST_F(CDtoMP3Test, AnOutputFolderAtTheRootDoublesNoSeparator) {
-    frmCDtoMP3& w = open();
+    // An output folder at the root doubles no separator.
     encoder().run.writesOutput = false;
     w.setDir1Path(QStringLiteral("/"));
     select(w, {1});
     w.mnuConvert->trigger();
-    ASSERT_EQ(encoder().run.setFilesCalls.size(), 1);
-    EXPECT_EQ(encoder().run.setFilesCalls[0].second, QStringLiteral("/Track2.mp3"));
+    EXPECT_EQ(encoder().run.setFilesCalls.last().second, QStringLiteral("/Track2.mp3"));
     EXPECT_EQ(w.OutputName, QStringLiteral("/Track2.wav"));
 }
 
-TEST_F(CDtoMP3Test, AStopStartsTheNextSelectedLineWhichThenRunsToItsMp3) {
+TEST_F(CDtoMP3Test, AStopEndsTheLineInWorkAndTheWindowStaysWhileARunGoesOn) {
     frmCDtoMP3& w = open();
     select(w, {0, 1, 2});
     QString titleAfterStop;
+    bool closed = true;
     onFirstProgress([&] {
-        w.mnuConvert->trigger();
+        closed = w.unload();
+        w.Toolbar1->findChild<QAction*>(QStringLiteral("Convert"))->trigger();
         titleAfterStop = w.windowTitle();
     });
     w.mnuConvert->trigger();
+    EXPECT_FALSE(closed);
     EXPECT_EQ(titleAfterStop, kInterrupted);
     EXPECT_EQ(acd().aborts, 1);
     // The second line got its extraction; the third never did.
     ASSERT_EQ(acd().extractions.size(), 2);
     EXPECT_EQ(acd().extractions[1].second, 2);
     EXPECT_EQ(w.windowTitle(), kComplete);
-    EXPECT_FALSE(w.StopRequested);
     EXPECT_TRUE(encoder().run.setFilesCalls.isEmpty());
     // Outside the run, that extraction goes on and is encoded.
     clock().advance(2000);
-    ASSERT_EQ(encoder().run.setFilesCalls.size(), 1);
-    EXPECT_EQ(encoder().run.setFilesCalls[0].second, out() + "/Track2.mp3");
+    EXPECT_EQ(encoder().run.setFilesCalls.value(0).second, out() + "/Track2.mp3");
     EXPECT_TRUE(QFileInfo::exists(out() + "/Track2.mp3"));
-}
 
-TEST_F(CDtoMP3Test, AStopWithOneSelectedLineEndsAtOnceAndAStopWhileEncodingStopsTheEncoder) {
-    frmCDtoMP3& w = open();
+    // With one selected line it ends at once; during the encoding the encoder stops too.
     select(w, {1});
-    onFirstProgress([&] { w.Toolbar1_ButtonClick(QStringLiteral("Convert")); });
-    w.mnuConvert->trigger();
-    EXPECT_EQ(acd().extractions.size(), 1);
-    EXPECT_EQ(w.windowTitle(), kComplete);
-    clock().advance(2000);
-    EXPECT_TRUE(encoder().run.setFilesCalls.isEmpty());
-
-    // During the encoding, the encoder stops too and keeps no run going.
     auto once = std::make_shared<bool>(false);
     QObject::connect(&encoder(), &Mp3Encoder::EncodeProgress, &w, [&w, once] {
         if (!std::exchange(*once, true)) w.mnuConvert->trigger();
@@ -262,19 +236,21 @@ TEST_F(CDtoMP3Test, AStopWithOneSelectedLineEndsAtOnceAndAStopWhileEncodingStops
     EXPECT_EQ(encoder().run.stops, 1);
     EXPECT_FALSE(encoder().run.running);
     EXPECT_EQ(w.windowTitle(), kComplete);
+
+    // Pressing and releasing a line previews it.
+    QTest::mouseClick(w.List1->viewport(), Qt::LeftButton, {},
+                      w.List1->visualItemRect(w.List1->item(2)).center());
+    ASSERT_EQ(acd().previews.size(), 1);
+    EXPECT_EQ(acd().previews[0][0], 3);
+    EXPECT_EQ(acd().endPreviews, 1);
 }
 
 TEST_F(CDtoMP3Test, AnExistingMp3IsAskedAbout) {
     frmCDtoMP3& w = open();
     const QString old = out() + QStringLiteral("/Track1.mp3");
     select(w, {0});
-    const auto makeOld = [&] {
-        QFile f(old);
-        f.open(QIODevice::WriteOnly);
-        f.write("old");
-    };
     // Yes: the old file goes first.
-    makeOld();
+    ASSERT_TRUE(writeBytes(old, "old"));
     msgBox().script({Mb::Yes});
     w.mnuConvert->trigger();
     EXPECT_EQ(msgBox().shown.last().text,
@@ -290,8 +266,7 @@ TEST_F(CDtoMP3Test, AnExistingMp3IsAskedAbout) {
     const DialogCall& save = dialogs->calls.last();
     EXPECT_EQ(save.kind, DialogCall::Save);
     EXPECT_EQ(save.request.title, QStringLiteral("Enter Output Filename for Current CD Track..."));
-    EXPECT_EQ(save.request.filter, QStringLiteral("MPEG Layer 3|*.mp3"));
-    EXPECT_EQ(save.request.initDir, out());
+    EXPECT_EQ(save.request.filter + "|" + save.request.initDir, "MPEG Layer 3|*.mp3|" + out());
     EXPECT_EQ(encoder().run.setFilesCalls.last().second, old);
 
     // No, and a new name.
@@ -308,8 +283,6 @@ TEST_F(CDtoMP3Test, NothingToConvertIsToldAndAFailedExtractionWaitsForTheStop) {
     EXPECT_EQ(msgBox().texts(),
               QStringList{QStringLiteral("You must first select the track(s) you wish to convert "
                                          "in order to continue.")});
-    EXPECT_EQ(w.windowTitle(), kComplete);
-
     msgBox().reset();
     acd().refusals[2] = TrackExtractor::NoDisc;
     select(w, {1});
@@ -329,21 +302,105 @@ TEST_F(CDtoMP3Test, NothingToConvertIsToldAndAFailedExtractionWaitsForTheStop) {
     EXPECT_EQ(w.mnuConvert->text(), QStringLiteral("&Convert"));
 }
 
-TEST_F(CDtoMP3Test, TheWindowStaysWhileARunGoesOn) {
-    frmCDtoMP3& w = open();
-    select(w, {0});
-    bool closed = true;
-    onFirstProgress([&] { closed = w.unload(); });
+// cd-paranoia and LAME on a disc image of two two-second tracks.
+class CDtoMP3RunTest : public FileConversionFixture {
+  protected:
+    void SetUp() override {
+        FileConversionFixture::SetUp();
+        auto drives = std::make_shared<ImageDrives>();
+        drives->add(DiscImage::buildSeconds(tempDir(), {2, 2}).cuePath());
+        Components::provideService<CdDrives>(drives);
+        Components::provideFactory<TrackExtractor>(
+            [] { return std::make_unique<ParanoiaTrackExtractor>(); });
+        Components::provideFactory<Mp3Encoder>([] { return std::make_unique<LameMp3Encoder>(); });
+        temp = tempDir() + QStringLiteral("/tmp");
+        QDir().mkpath(temp);
+        SaveAppSetting(QStringLiteral("Temp  Location"), temp);
+        SaveAppSetting(QStringLiteral("CD to MP3 Path"), out());
+        SaveAppSetting(QStringLiteral("Conversion Bitrate"), QStringLiteral("1"));
+    }
+    QString temp;
+};
+
+TEST_F(CDtoMP3RunTest, TheExtractorWritesCdQualityWavAndAbortsCleanly) {
+    ParanoiaTrackExtractor acd;
+    QStringList events;
+    QList<qint32> progress;
+    QObject::connect(&acd, &TrackExtractor::ExtractBegin, [&] { events << "begin"; });
+    QObject::connect(&acd, &TrackExtractor::ExtractProgress, [&](qint32 v) { progress << v; });
+    QObject::connect(&acd, &TrackExtractor::ExtractDone, [&] { events << "done"; });
+    EXPECT_EQ(acd.Initialize(), 0);
+    EXPECT_EQ(acd.DriveCount(), 1);
+    EXPECT_EQ(acd.DriveName(1), QStringLiteral("disc.cue"));
+    EXPECT_EQ(acd.TrackCount(), 0);
+    acd.SelectDrive(1);
+    ASSERT_EQ(acd.TrackCount(), 2);
+    EXPECT_EQ(acd.TrackLength(1), 2000);
+    EXPECT_EQ(acd.TrackLength(3), 0);
+    QString wav = tempDir() + QStringLiteral("/two.wav");
+    EXPECT_EQ(acd.ExtractTrack(wav, 3), TrackExtractor::NoSuchTrack);
+    ASSERT_EQ(acd.ExtractTrack(wav, 1), TrackExtractor::Started);
+    acd.Abort();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(events.contains("done"));
+    events.clear();
+    ASSERT_EQ(acd.ExtractTrack(wav, 2), TrackExtractor::Started);
+    ASSERT_TRUE(waitUntil([&] { return events.contains("done"); }));
+    EXPECT_EQ(events, QStringList({"begin", "done"}));
+    EXPECT_EQ(progress.last(), 1000);
+    EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
+    const SoundInfo info = readSoundInfo(wav);
+    EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+    EXPECT_EQ(info.rate, 44100);
+    EXPECT_EQ(info.channels, 2);
+    EXPECT_EQ(readPcm16(wav), DiscImage::pcm(2, 0, 150));  // the second track's sound
+    acd.SelectDrive(2);
+    EXPECT_EQ(acd.ExtractTrack(wav, 1), TrackExtractor::NoDisc);
+}
+
+TEST_F(CDtoMP3RunTest, ATrackOfADiscImageBecomesAnMp3OfItsLength) {
+    frmCDtoMP3& w = Forms::touch<frmCDtoMP3>();
+    ASSERT_EQ(w.List1->count(), 2);
+    EXPECT_EQ(w.List1->item(1)->text(), QStringLiteral("Track 02     Length: 00:02"));
+    w.List1->item(1)->setSelected(true);
     w.mnuConvert->trigger();
-    EXPECT_FALSE(closed);
     EXPECT_EQ(w.windowTitle(), kComplete);
-    // Pressing and releasing a line previews it.
-    w.List1->setCurrentRow(2);
-    w.List1_MouseDown();
-    w.List1_MouseUp();
-    ASSERT_EQ(acd().previews.size(), 1);
-    EXPECT_EQ(acd().previews[0][0], 3);
-    EXPECT_EQ(acd().endPreviews, 1);
+    const Mp3Info mp3 = decodeMp3(out() + QStringLiteral("/Track2.mp3"));
+    ASSERT_TRUE(mp3.ok);
+    EXPECT_EQ(mp3.bitrateKbps, 64);
+    EXPECT_EQ(mp3.channels, 2);
+    EXPECT_NEAR(double(mp3.samples) / mp3.rate, 2.0, 0.01);
+    EXPECT_GT(mp3.rms, 0.1);
+    EXPECT_FALSE(QFileInfo::exists(temp + QStringLiteral("/track.wav")));
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+}
+
+// The temporary space and the output share a disk that fills up (the low-space question
+// answered Yes): the user is told which file could not be written, the title is not the
+// one of a complete run, and an older MP3 of the output's name stays whole.
+TEST_F(CDtoMP3RunTest, ADiskThatFillsUpIsToldAndKeepsTheOlderMp3) {
+    const QString full = tempDir() + QStringLiteral("/full");
+    SaveAppSetting(QStringLiteral("Temp  Location"), full);
+    SaveAppSetting(QStringLiteral("CD to MP3 Path"), full);
+    const QString output = full + QStringLiteral("/Track2.mp3");
+    const QByteArray older(10000, 'o');
+    // The track is 2 s: about 350 KB of WAV on the way to 16 KB of MP3.
+    const int code = runOnFillingFolder(full, 128 * 1024, [&] {
+        if (!writeBytes(output, older)) return 1;
+        msgBox().script({Mb::Yes, Mb::Yes});
+        frmCDtoMP3& w = Forms::touch<frmCDtoMP3>();
+        w.List1->item(1)->setSelected(true);
+        w.mnuConvert->trigger();
+        QStringList told = msgBox().texts();
+        // Asked when the temporary space is short, as a tmpfs here is.
+        told.removeIf([](const QString& t) { return t.contains("running low on disk space"); });
+        if (told.size() != 1 || !told[0].startsWith(QStringLiteral("Unable to write file:  ")))
+            return 2;
+        if (w.windowTitle() == kComplete) return 3;
+        if (fileBytes(output) != older || !hiddenFiles(full).isEmpty()) return 4;
+        return 0;
+    });
+    EXPECT_EQ(code, 0);
 }
 
 }  // namespace

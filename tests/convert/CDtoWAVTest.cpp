@@ -1,7 +1,9 @@
-// CD to WAV and its copy dialog on a scripted reader, in virtual time: the selection
-// checks, the save dialog, runs that end well, are cancelled or fail, the progress rows,
-// the conversion options, and the window's own CD and WAV players.
+// CD to WAV and its copy dialog, driven by the window's menus and the dialog's button: on a
+// scripted reader in virtual time (the selection checks, the save dialog, runs that end
+// well, are cancelled or fail, the progress rows, the options, the window's own CD and WAV
+// players), and on the real reader with a disc image, the WAV files read with libsndfile.
 #include <gtest/gtest.h>
+#include <sndfile.h>
 
 #include <QApplication>
 #include <QComboBox>
@@ -23,11 +25,16 @@
 #include "convert/frmCDtoWAV.h"
 #include "convert/frmConfigDlg.h"
 #include "convert/frmCopyDlg.h"
+#include "platform/cdreader/CdioCDReader.h"
+#include "platform/clock/QtClock.h"
 #include "support/AppTest.h"
+#include "support/AudioFixtures.h"
+#include "support/DiscImage.h"
 #include "support/FakeCDReader.h"
 #include "support/FakeFileDialogs.h"
 #include "support/FakeMediaPlayer.h"
 #include "support/FakeMixer.h"
+#include "support/ImageDrives.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -88,12 +95,12 @@ class CDtoWAVTest : public AppTest {
              [this] {
                  finalRows = messages(*dialog());
                  finalPercent2 = dialog()->lblPercent2->text();
-                 dialog()->btnAbort_Click();
+                 dialog()->btnAbort->click();
              });
     }
     void convertTo(frmCDtoWAV& f, const QString& base) {
         dialogs->scriptFiles({base});
-        f.CopyTracks1_Click();
+        f.CopyTracks1->trigger();
     }
 
     std::shared_ptr<FakeMixer> mixer;
@@ -105,101 +112,76 @@ class CDtoWAVTest : public AppTest {
 
 const QString kOutputDirectory = QStringLiteral("CD to WAV Output Directory");
 
-TEST_F(CDtoWAVTest, AMachineWithoutADriveOpensWithAnEmptyListAndNoTick) {
+TEST_F(CDtoWAVTest, NothingIsConvertedWithoutAudioTracksOrAFileName) {
     FakeCDReader::disc().devices.clear();
-    frmCDtoWAV& f = open();
-    EXPECT_EQ(f.windowTitle(), "Cantovel - Convert CD Track to WAV");
-    EXPECT_EQ(f.DevCombo->count(), 0);
-    EXPECT_EQ(f.ListView->topLevelItemCount(), 0);
-    EXPECT_FALSE(f.Timer.isEnabled());
-    clock().advance(3000);
-    EXPECT_EQ(f.Panels[0]->text(), "");
-    EXPECT_TRUE(msgBox().shown.isEmpty());
-}
+    frmCDtoWAV& none = open();
+    EXPECT_EQ(none.windowTitle(), "Cantovel - Convert CD Track to WAV");
+    EXPECT_EQ(none.DevCombo->count() + none.ListView->topLevelItemCount(), 0);
+    EXPECT_FALSE(none.Timer.isEnabled());
+    none.unload();
 
-TEST_F(CDtoWAVTest, ADataTrackAmongTheSelectionConvertsNothing) {
+    FakeCDReader::install();
+    FakeCDReader::setTracks({20, 10, 30});
     FakeCDReader::disc().tracks[1].IsAudio = false;
-    frmCDtoWAV& f = open();
-    selectOnly(f, {0, 1, 2});
-    f.CopyTracks1_Click();
-    ASSERT_EQ(msgBox().shown.size(), 1);
-    EXPECT_EQ(msgBox().shown[0].text,
-              "A selected track is not of audio content.  \r\n\r\nEnsure the correct CD is in "
-              "your drive before proceeding.");
-    EXPECT_EQ(msgBox().shown[0].style, Mb::Exclamation | Mb::SetForeground);
-    EXPECT_TRUE(dialogs->calls.isEmpty());
-    EXPECT_FALSE(reader(f).calls.join(',').contains("CopyTrack"));
-
-    f.ListView->clearSelection();
-    f.CopyTracks1_Click();
-    EXPECT_EQ(msgBox().shown.value(1).text,
-              "You must select the audio track(s) you wish to convert before proceeding.");
-}
-
-TEST_F(CDtoWAVTest, CancellingTheSaveDialogKeepsTheStoredFolder) {
     SaveAppSetting(kOutputDirectory, QStringLiteral("/music/cd"));
     frmCDtoWAV& f = open();
+    selectOnly(f, {0, 1, 2});
+    f.CopyTracks1->trigger();
+    f.ListView->clearSelection();
+    f.ToolbarButton("Convert")->trigger();
+    EXPECT_EQ(msgBox().texts(),
+              (QStringList{"A selected track is not of audio content.  \r\n\r\nEnsure the "
+                           "correct CD is in your drive before proceeding.",
+                           "You must select the audio track(s) you wish to convert before "
+                           "proceeding."}));
+    EXPECT_EQ(msgBox().shown[0].style, Mb::Exclamation | Mb::SetForeground);
+    EXPECT_TRUE(dialogs->calls.isEmpty());
+
+    // A cancelled save dialog keeps the stored folder.
+    selectOnly(f, {0});
     dialogs->scriptCancel();
-    f.CopyTracks1_Click();
+    f.CopyTracks1->trigger();
     ASSERT_EQ(dialogs->calls.size(), 1);
     const FileDialogRequest& r = dialogs->calls[0].request;
     EXPECT_EQ(dialogs->calls[0].kind, DialogCall::Save);
     EXPECT_EQ(r.title, "Select the Folder and Enter the Filename for the Output WAV File...");
-    EXPECT_EQ(r.fileName, "track");
-    EXPECT_EQ(r.filter, "WAV Files|*.wav");
-    EXPECT_EQ(r.initDir, "/music/cd");
+    EXPECT_EQ(r.fileName + "|" + r.filter + "|" + r.initDir, "track|WAV Files|*.wav|/music/cd");
     EXPECT_EQ(ReadAppSetting(kOutputDirectory, {}), "/music/cd");
     EXPECT_TRUE(f.Timer.isEnabled());
     EXPECT_EQ(dialog(), nullptr);
-    // The conversion always reopens the drive first.
-    EXPECT_EQ(reader(f).calls.filter("Open").size(), 2);
+    EXPECT_FALSE(reader(f).calls.join(',').contains("CopyTrack"));
 }
 
-TEST_F(CDtoWAVTest, ConvertsTheSelectedTracksOneAfterTheOther) {
-    frmCDtoWAV& f = open();
-    selectOnly(f, {0, 2});
-    closeWhenDone();
-    convertTo(f, tempDir() + QStringLiteral("/rip.wav"));
-    EXPECT_EQ(reader(f).calls.filter("CopyTrack"),
-              QStringList({"CopyTrack=0:" + tempDir() + "/rip01.wav",
-                           "CopyTrack=2:" + tempDir() + "/rip03.wav"}));
-    EXPECT_EQ(finalRows, QStringList({"Copying Track 01", "Copying Track 03",
-                                      "Copy completed without any errors."}));
-    EXPECT_EQ(finalPercent2, "100.0 %");
-    EXPECT_TRUE(QFile::exists(tempDir() + "/rip03.wav"));
-    EXPECT_EQ(ReadAppSetting(kOutputDirectory, {}), ParsePathParts(tempDir() + "/rip.wav", "l"));
-    EXPECT_TRUE(f.Timer.isEnabled());
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_EQ(dialog(), nullptr);
-}
-
-TEST_F(CDtoWAVTest, TheProgressRowsMoveAndBothEndAtAHundredForOneTrack) {
+TEST_F(CDtoWAVTest, ConvertsTheSelectedTracksOneAfterTheOtherWithMovingRows) {
     FakeCDReader::disc().copyFramesPer100Ms = 75;  // ten times the audio's own pace
     frmCDtoWAV& f = open();
-    selectOnly(f, {1});
-    QString midPercent, midSpeed, lastRow1, lastRemaining1;
+    selectOnly(f, {1, 2});
+    QString midPercent, midSpeed, lastRemaining1;
     when([] { return dialog() && dialog()->TrackFramesDone >= 300; },
          [&] {
              midPercent = dialog()->lblPercent1->text();
              midSpeed = dialog()->lblSpeed1->text();
          });
     when([] { return dialog() && dialog()->btnAbort->text() == "Close"; },
-         [&] {
-             lastRow1 = dialog()->lblPercent1->text();
-             lastRemaining1 = dialog()->lblRemaining1->text();
-             finalPercent2 = dialog()->lblPercent2->text();
-             EXPECT_EQ(dialog()->Meter2->value(), 100);
-             dialog()->btnAbort_Click();
-         });
-    convertTo(f, tempDir() + QStringLiteral("/one.wav"));
+         [&] { lastRemaining1 = dialog()->lblRemaining1->text(); });
+    closeWhenDone();
+    convertTo(f, tempDir() + QStringLiteral("/rip.wav"));
+    EXPECT_EQ(reader(f).calls.filter("CopyTrack"),
+              QStringList({"CopyTrack=1:" + tempDir() + "/rip02.wav",
+                           "CopyTrack=2:" + tempDir() + "/rip03.wav"}));
+    EXPECT_EQ(finalRows, QStringList({"Copying Track 02", "Copying Track 03",
+                                      "Copy completed without any errors."}));
     // Some 300 frames of 750, read at 750 frames a second: 40 % at 10 X.
-    EXPECT_TRUE(midPercent.endsWith(" %")) << midPercent.toStdString();
-    EXPECT_GT(midPercent.chopped(2).toDouble(), 30);
+    EXPECT_GT(midPercent.chopped(2).toDouble(), 30) << midPercent.toStdString();
     EXPECT_LT(midPercent.chopped(2).toDouble(), 60);
     EXPECT_NEAR(midSpeed.chopped(2).toDouble(), 10.0, 1.5);
-    EXPECT_EQ(lastRow1, "100.0 %");
     EXPECT_EQ(lastRemaining1, TimeToString(0));
     EXPECT_EQ(finalPercent2, "100.0 %");
+    EXPECT_TRUE(QFile::exists(tempDir() + "/rip03.wav"));
+    EXPECT_EQ(ReadAppSetting(kOutputDirectory, {}), ParsePathParts(tempDir() + "/rip.wav", "l"));
+    EXPECT_TRUE(f.Timer.isEnabled());
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(dialog(), nullptr);
 }
 
 TEST_F(CDtoWAVTest, TheFirstTickBeforeAnyFrameShowsANegativeRemainingTime) {
@@ -211,42 +193,47 @@ TEST_F(CDtoWAVTest, TheFirstTickBeforeAnyFrameShowsANegativeRemainingTime) {
          [&] {
              remaining = dialog()->lblRemaining1->text();
              percent = dialog()->lblPercent1->text();
-             dialog()->btnAbort_Click();
+             dialog()->btnAbort->click();
          });
     convertTo(f, tempDir() + QStringLiteral("/slow.wav"));
-    const qint32 t = 70;
-    EXPECT_EQ(remaining, TimeToString(frmCopyDlg::MulDiv(t, 1500, 0) - t));
+    EXPECT_EQ(remaining, TimeToString(frmCopyDlg::MulDiv(70, 1500, 0) - 70));
     EXPECT_EQ(percent, "0.0 %");
 }
 
-TEST_F(CDtoWAVTest, CancellingDuringACopySaysSoAndLeavesThePartialFile) {
+TEST_F(CDtoWAVTest, CancellingByTheButtonOrTheFrameSaysSoAndLeavesThePartialFile) {
     frmCDtoWAV& f = open();
+    // In the first hundred milliseconds a cancel only hides the dialog.
+    selectOnly(f, {0});
+    when([] { return dialog() != nullptr; }, [] { dialog()->btnAbort->click(); });
+    convertTo(f, tempDir() + QStringLiteral("/early.wav"));
+    clock().advance(1000);
+    EXPECT_FALSE(reader(f).calls.join(',').contains("CopyTrack"));
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+
     selectOnly(f, {0, 1});
     QStringList rows;
     when([] { return dialog() && dialog()->TrackFramesDone > 100; },
-         [] { dialog()->btnAbort_Click(); });
+         [] { dialog()->btnAbort->click(); });
     msgBox().onShow = [&](const ShownBox&) {
         if (dialog()) rows = messages(*dialog());
     };
     convertTo(f, tempDir() + QStringLiteral("/cut.wav"));
-    ASSERT_EQ(msgBox().shown.size(), 1);
-    EXPECT_EQ(msgBox().shown[0].text, "CD to WAV conversion has been cancelled.");
+    EXPECT_EQ(msgBox().texts(), QStringList{"CD to WAV conversion has been cancelled."});
     EXPECT_EQ(msgBox().shown[0].style, Mb::Information | Mb::SetForeground);
     EXPECT_EQ(rows, QStringList({"Copying Track 01", "CD to WAV conversion cancelled."}));
     EXPECT_EQ(reader(f).calls.filter("CopyTrack").size(), 1);
     EXPECT_TRUE(reader(f).calls.contains("StopCopy"));
     EXPECT_TRUE(QFile::exists(tempDir() + QStringLiteral("/cut01.wav")));
-}
 
-TEST_F(CDtoWAVTest, ACancelInTheFirstHundredMillisecondsOnlyHidesTheDialog) {
-    frmCDtoWAV& f = open();
-    selectOnly(f, {0});
-    when([] { return dialog() != nullptr; }, [] { dialog()->btnAbort_Click(); });
-    convertTo(f, tempDir() + QStringLiteral("/early.wav"));
-    clock().advance(1000);
-    EXPECT_FALSE(reader(f).calls.join(',').contains("CopyTrack"));
-    EXPECT_TRUE(msgBox().shown.isEmpty());
-    EXPECT_TRUE(f.Timer.isEnabled());
+    // Closing the dialog by its frame while it copies is a cancel.
+    msgBox().onShow = nullptr;
+    msgBox().reset();
+    bool refused = false;
+    when([] { return dialog() && dialog()->TrackFramesDone > 0; },
+         [&] { refused = !dialog()->close() && dialog()->Aborted; });
+    convertTo(f, tempDir() + QStringLiteral("/frame.wav"));
+    EXPECT_TRUE(refused);
+    EXPECT_EQ(msgBox().texts(), QStringList{"CD to WAV conversion has been cancelled."});
 }
 
 // A write or read failure is told in the rows, and the rest is not tried.
@@ -271,56 +258,55 @@ TEST_F(CDtoWAVTest, AWriteOrReadFailureEndsTheRunWithItsRows) {
     }
 }
 
-TEST_F(CDtoWAVTest, ClosingTheCopyDialogByItsFrameIsACancelWhileItCopies) {
-    frmCopyDlg* seen = nullptr;
-    frmCDtoWAV& f = open();
-    selectOnly(f, {0});
-    when([] { return dialog() && dialog()->TrackFramesDone > 0; },
-         [&] {
-             seen = dialog();
-             EXPECT_FALSE(seen->close());  // refused: the copy runs
-             EXPECT_TRUE(seen->Aborted);
-         });
-    convertTo(f, tempDir() + QStringLiteral("/frame.wav"));
-    EXPECT_NE(seen, nullptr);
-    EXPECT_EQ(msgBox().shown.value(0).text, "CD to WAV conversion has been cancelled.");
-}
-
 TEST_F(CDtoWAVTest, TheOptionsDialogShowsAndSetsTheReadersParameters) {
     frmCDtoWAV& f = open();
     f.CDReader->setDeviceType(18);
     f.CDReader->setCopyMode(2);
-    frmConfigDlg dlg(f.CDReader.get(), &f);
-    EXPECT_EQ(dlg.windowTitle(), "CD Conversion Options...");
-    EXPECT_EQ(dlg.comboDeviceType->count(), 24);
-    EXPECT_EQ(dlg.comboDeviceType->currentText(), "PLEXTOR");
-    EXPECT_EQ(dlg.edBlockCount->text(), "26");
-    EXPECT_EQ(dlg.edDeviceName->text(), "<D:>  Fake CD-ROM");
-    EXPECT_TRUE(dlg.Option1[2]->isChecked());
-
-    dlg.comboDeviceType->setCurrentIndex(1);
-    dlg.edBlockCount->setText(QStringLiteral("12.6"));
-    dlg.Option1[0]->setChecked(true);
-    dlg.btnCancel_Click();
+    QStringList shown;
+    const auto answer = [&](const char* blocks, bool ok) {
+        when([] { return Forms::find<frmConfigDlg>() && Forms::find<frmConfigDlg>()->isVisible(); },
+             [&shown, blocks, ok] {
+                 frmConfigDlg& dlg = *Forms::find<frmConfigDlg>();
+                 shown =
+                     QStringList{dlg.windowTitle(), QString::number(dlg.comboDeviceType->count()),
+                                 dlg.comboDeviceType->currentText(), dlg.edBlockCount->text(),
+                                 dlg.edDeviceName->text()};
+                 dlg.comboDeviceType->setCurrentIndex(1);
+                 dlg.edBlockCount->setText(QString::fromLatin1(blocks));
+                 dlg.Option1[0]->setChecked(true);
+                 (ok ? dlg.btnOK : dlg.btnCancel)->click();
+             });
+        f.ConfigDrive->trigger();
+    };
+    answer("12.6", false);
+    EXPECT_EQ(shown, (QStringList{"CD Conversion Options...", "24", "PLEXTOR", "26",
+                                  "<D:>  Fake CD-ROM"}));
     EXPECT_EQ(f.CDReader->DeviceType(), 18);
-    dlg.btnOK_Click();
+    EXPECT_EQ(f.CDReader->CopyMode(), 2);
+    answer("12.6", true);
     EXPECT_EQ(f.CDReader->DeviceType(), 1);
     EXPECT_EQ(f.CDReader->BlockCount(), 13);
     EXPECT_EQ(f.CDReader->CopyMode(), 0);
-    EXPECT_TRUE(dlg.isHidden());
     // The text's value, rounded, whatever it is (a copy reads within what drives take).
     for (const auto& [text, blocks] :
          {std::pair{"300", 300}, std::pair{"0.4", 0}, std::pair{"-7", -7}, std::pair{"1e20", -7}}) {
-        dlg.edBlockCount->setText(QString::fromLatin1(text));
-        dlg.btnOK->click();
+        answer(text, true);
         EXPECT_EQ(f.CDReader->BlockCount(), blocks) << text;
     }
 }
 
-TEST_F(CDtoWAVTest, PlaysATrackWithTheBarAndSeesItsEnd) {
+TEST_F(CDtoWAVTest, PlaysATrackWithTheBarSeeksAroundTheDiscAndSeesItsEnd) {
     frmCDtoWAV& f = open();
+    selectOnly(f, {2});
+    f.PlayCDMenu->trigger();
+    f.SeekNextMenu->trigger();
+    EXPECT_EQ(reader(f).calls.last(), "PlayAudioRange=150+1500");
+    f.SeekPrevMenu->trigger();
+    EXPECT_EQ(reader(f).calls.last(), "PlayAudioRange=2400+2250");
+    f.PlayCDMenu->trigger();  // stops
+
     selectOnly(f, {1});
-    f.PlayCDMenu_Click();
+    f.PlayCDMenu->trigger();
     EXPECT_EQ(reader(f).calls.last(), "PlayAudioTrack=1");
     EXPECT_EQ(f.PlayCDMenu->text(), "&Stop CD Play");
     EXPECT_EQ(f.Progressbar1->maximum(), 10);
@@ -330,22 +316,8 @@ TEST_F(CDtoWAVTest, PlaysATrackWithTheBarAndSeesItsEnd) {
     EXPECT_EQ(f.Label1->text(), "Audio CD play has successfully completed.");
     EXPECT_FALSE(f.CDPlaying);
     EXPECT_EQ(f.Progressbar1->value(), 0);
-    EXPECT_FALSE(f.Timer3.isEnabled());
-}
 
-TEST_F(CDtoWAVTest, SeekNextOnTheLastTrackGoesToTrackOne) {
-    frmCDtoWAV& f = open();
-    selectOnly(f, {2});
-    f.PlayCDMenu_Click();
-    f.SeekNextMenu_Click();
-    EXPECT_EQ(reader(f).calls.last(), "PlayAudioRange=150+1500");
-    EXPECT_EQ(f.SeekTrack, 0);
-    f.SeekPrevMenu_Click();
-    EXPECT_EQ(reader(f).calls.last(), "PlayAudioRange=2400+2250");
-}
-
-TEST_F(CDtoWAVTest, ARemovedDiscEmptiesTheListAndTheSameDiscBackIsNotRelisted) {
-    frmCDtoWAV& f = open();
+    // A removed disc empties the list; the same count back is not listed again.
     FakeCDReader::disc().removed = true;
     clock().advance(500);
     EXPECT_EQ(f.ListView->topLevelItemCount(), 0);
@@ -353,7 +325,6 @@ TEST_F(CDtoWAVTest, ARemovedDiscEmptiesTheListAndTheSameDiscBackIsNotRelisted) {
     EXPECT_FALSE(f.CopyTracks1->isEnabled());
     FakeCDReader::disc().removed = false;
     clock().advance(500);
-    // Only the count is compared, and it was kept.
     EXPECT_EQ(f.ListView->topLevelItemCount(), 0);
     FakeCDReader::setTracks({20, 10});
     clock().advance(500);
@@ -364,26 +335,85 @@ TEST_F(CDtoWAVTest, ARemovedDiscEmptiesTheListAndTheSameDiscBackIsNotRelisted) {
 TEST_F(CDtoWAVTest, PlaysAWavFileAndFollowsThePlayersStates) {
     FakeMediaPlayer::setLength(tempDir() + QStringLiteral("/check.wav"), 10);
     frmCDtoWAV& f = open();
-    f.Toolbar1_ButtonClick(QStringLiteral("Pause"));
-    EXPECT_EQ(msgBox().shown.value(0).text, "Play is not currently in progress.");
+    f.ToolbarButton("Pause")->trigger();
+    EXPECT_EQ(msgBox().texts(), QStringList{"Play is not currently in progress."});
     dialogs->scriptFiles({tempDir() + QStringLiteral("/check.wav")});
-    f.PlayMenu_Click();
+    f.PlayMenu->trigger();
     EXPECT_EQ(dialogs->calls.last().request.title, "Select WAV File...");
     EXPECT_EQ(f.PlayMenu->text(), "&Stop");
-    EXPECT_TRUE(f.PauseMenu->isEnabled());
     EXPECT_TRUE(f.WavPlaying);
     clock().advance(5000);
     // The bar follows every half second.
     EXPECT_GE(f.Progressbar1->value(), 40);
     EXPECT_LE(f.Progressbar1->value(), 50);
-    f.PauseMenu_Click();
+    f.PauseMenu->trigger();
     EXPECT_EQ(f.PauseMenu->text(), "&Resume");
-    f.PauseMenu_Click();
+    f.PauseMenu->trigger();
     EXPECT_EQ(f.PauseMenu->text(), "Pa&use");
     clock().advance(6000);
     EXPECT_EQ(f.PlayMenu->text(), "&Play WAV File");
     EXPECT_FALSE(f.PauseMenu->isEnabled());
     EXPECT_EQ(f.Progressbar1->value(), 0);
+}
+
+// The real CD reader on a disc image, in real time.
+class CDtoWAVRipTest : public CDtoWAVTest {
+  protected:
+    void SetUp() override {
+        CDtoWAVTest::SetUp();
+        Components::provideService<Clock>(std::make_shared<QtClock>());
+        auto drives = std::make_shared<ImageDrives>();
+        drives->add(DiscImage::build(tempDir(), {600, 450}).cuePath());
+        Components::provideService<CdDrives>(drives);
+        Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
+    }
+    // Copies the selected tracks under `name` and gives the dialog's rows once it offers
+    // "Close", clicking it then.
+    QStringList copy(frmCDtoWAV& f, const QString& name) {
+        closeWhenDone();
+        convertTo(f, name);
+        return finalRows;
+    }
+};
+
+TEST_F(CDtoWAVRipTest, RipsBothTracksToWavFilesHoldingTheDiscsSamples) {
+    frmCDtoWAV& f = open();
+    ASSERT_EQ(f.ListView->topLevelItemCount(), 2);
+    f.SelectAll1->trigger();
+    // Far more than a drive takes in one read: the copy reads within what it takes.
+    f.CDReader->setBlockCount(5000);
+    EXPECT_EQ(copy(f, tempDir() + QStringLiteral("/Rip.wav")),
+              QStringList(
+                  {"Copying Track 01", "Copying Track 02", "Copy completed without any errors."}));
+    const SoundInfo info = readSoundInfo(tempDir() + QStringLiteral("/Rip02.wav"));
+    EXPECT_EQ(info.rate, 44100);
+    EXPECT_EQ(info.channels, 2);
+    EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+    EXPECT_EQ(readPcm16(tempDir() + QStringLiteral("/Rip01.wav")), DiscImage::pcm(1, 0, 600));
+    EXPECT_EQ(readPcm16(tempDir() + QStringLiteral("/Rip02.wav")), DiscImage::pcm(2, 0, 450));
+}
+
+TEST_F(CDtoWAVRipTest, ADestinationThatFillsUpIsToldAndKeepsTheOlderFile) {
+    const QString full = tempDir() + QStringLiteral("/full");
+    const QString output = full + QStringLiteral("/Rip01.wav");
+    const QByteArray older(10000, 'o');
+    // Track 1 is about 1.4 MB.
+    const int code = runOnFillingFolder(full, 256 * 1024, [&] {
+        if (!writeBytes(output, older)) return 1;
+        frmCDtoWAV& f = open();
+        f.SelectAll1->trigger();
+        const QStringList rows = copy(f, full + QStringLiteral("/Rip.wav"));
+        if (rows != QStringList({"Copying Track 01",
+                                 "Unable to write file.  Your temporary disk may have "
+                                 "insufficient space.",
+                                 "Errors occurred during coversion process; copy was not "
+                                 "completed successfully."}))
+            return 2;
+        if (fileBytes(output) != older || !hiddenFiles(full).isEmpty()) return 3;
+        if (QFileInfo::exists(full + QStringLiteral("/Rip02.wav"))) return 4;
+        return 0;
+    });
+    EXPECT_EQ(code, 0);
 }
 
 }  // namespace
