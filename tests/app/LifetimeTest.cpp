@@ -15,7 +15,6 @@
 #include "platform/clock/Clock.h"
 #include "platform/clock/QtClock.h"
 #include "platform/instance/LocalInstanceLink.h"
-#include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
 
@@ -34,7 +33,7 @@
 #include "support/FakeQueueView.h"
 #include "support/FakeShell.h"
 #include "support/FakeVideoPlayerWindow.h"
-#include "support/ScopedEnv.h"
+#include "support/RealMpv.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -112,7 +111,7 @@ class LifetimeTest : public AppTest {
     bool closedInWait = false;
 };
 
-TEST_F(LifetimeTest, ClosedInsideAStartUpWaitTheProgramEndsAndTheNextStartShowsItsWindow) {
+TEST_F(LifetimeTest, ClosedInsideAWaitTheProgramEndsAndTheNextStartShowsItsWindow) {
     // The queue's 2-second gap before a list's first entry, and a CD drive that never gets
     // ready (its 15-second wait): both run before the event loop does.
     FakeCDReader::setTracks({200});
@@ -130,16 +129,12 @@ TEST_F(LifetimeTest, ClosedInsideAStartUpWaitTheProgramEndsAndTheNextStartShowsI
         UnloadAllForms();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-}
-
-TEST_F(LifetimeTest, ClosedInsideTheGapOfAHandedOverListTheEventLoopEnds) {
-    const QString list = twoFileList();
+    // The gap of a list handed over to a running program: the event loop ends.
     ASSERT_EQ(SubMain({QStringLiteral("cantovel")}), -1);
-    handOver(list);
+    handOver(twoFileList());
+    closedInWait = false;
     closeInsideAWait();
-
     EXPECT_EQ(runEventLoop(), 0);
-
     EXPECT_TRUE(closedInWait);
     freshStartShowsTheWindow();
 }
@@ -154,9 +149,7 @@ qint64 residentBytes() {
 TEST_F(LifetimeTest, ABurstOfTenThousandHandOversNeverNestsAndAFileAfterThemPlays) {
     // The real player: its open of each missing file is where commands used to nest.
     ScopedEnv env;
-    env.set("CANTOVEL_AO", QByteArray("null"));
-    env.set("CANTOVEL_VO", QByteArray("null"));
-    Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+    RealMpv::install(env, false);
     FakeInstanceLink* link = nullptr;
     Components::provideFactory<InstanceLink>([&link] {
         auto l = std::make_unique<FakeInstanceLink>();
