@@ -97,6 +97,16 @@ class PlayerTest : public AppTest {
         temp->mnuPlay->trigger();
     }
     QString caption(QAction* action) const { return action->text(); }
+    // The file a player plays, or nothing when it is gone or not playing.
+    static QString playing(MediaPlayer* p) {
+        return p && p->PlayState() == MediaPlayer::mpPlaying ? p->fileName() : QString();
+    }
+    // What the File and Playback menus show of the play state: the Open/Stop caption, and
+    // whether Pause and Play Current are on.
+    QString playState() const {
+        return temp->mnuPlay->text() + (temp->mnuPause->isEnabled() ? " pause" : "") +
+               (temp->mnuPlayCurrent->isEnabled() ? " replay" : "");
+    }
 
     std::shared_ptr<FakeFileDialogs> dialogs;
     std::shared_ptr<FakeShell> shell;
