@@ -10,6 +10,9 @@
 #include <QToolButton>
 
 #include "../video/VideoTest.h"
+#include "platform/clock/QtClock.h"
+#include "platform/filmplayer/MpvFilmPlayer.h"
+#include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "platform/videocd/CdioVideoCdDevice.h"
 #include "support/DesktopSession.h"
 #include "support/ScopedEnv.h"
@@ -38,8 +41,12 @@ class VideoOutputTest : public VideoTest {
         VideoTest::SetUp();
     }
     void installPlayers() override {
+        // The real players, in real time, with a real picture output: the screen is read.
+        VideoTest::installPlayers();
         env.set("CANTOVEL_AO", QByteArray("null"));
-        installMpvPlayers();
+        Components::provideService<Clock>(std::make_shared<QtClock>());
+        Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+        Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
         Components::provideFactory<QueueView>(
             [] { return std::make_unique<frmVideoPlaylistView>(); });
         Components::provideFactory<VideoCdDevice>(
@@ -270,8 +277,7 @@ TEST_F(VideoOutputTest, ATwoFilmVideoCdPlaysToItsEndTwentyTimesInARow) {
         c.setCommand(QStringLiteral("prev"));
         c.button(MMControl::Play)->click();
         ASSERT_TRUE(waitFor([&] { return c.Mode() == VideoCdDevice::Stopped; }))
-            << "run " << run << ", mode " << c.Mode() << ", entries played "
-            << entries.size();
+            << "run " << run << ", mode " << c.Mode() << ", entries played " << entries.size();
         ASSERT_EQ(entries, (QList<int>{1, 2})) << "run " << run;
     }
     auto* display = static_cast<CdioVideoCdDevice&>(disc).Display();
