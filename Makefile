@@ -2,10 +2,11 @@
 # missing first (Debian 12), then build.
 BUILD      ?= build
 ASAN_BUILD ?= build-asan
+COV_BUILD  ?= build-cov
 JOBS       ?= $(shell nproc)
 CMAKE_ARGS ?=
 
-.PHONY: all deps build run test test-fast test-asan bench fuzz format clean
+.PHONY: all deps build run test test-fast test-asan coverage bench fuzz format clean
 
 all: build
 
@@ -39,6 +40,16 @@ test-asan: deps $(ASAN_BUILD)/build.ninja
 	cmake --build $(ASAN_BUILD) -j $(JOBS)
 	scripts/run-tests $(ASAN_BUILD)
 
+# Line and function coverage of src/ by every test, walkthrough included (clang's
+# source-based coverage; the report is also left in $(COV_BUILD)/coverage.txt).
+$(COV_BUILD)/build.ninja:
+	CC=clang CXX=clang++ cmake -S . -B $(COV_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug \
+	  -DCANTOVEL_COVERAGE=ON -DCANTOVEL_BENCH=OFF $(CMAKE_ARGS)
+
+coverage: deps $(COV_BUILD)/build.ninja
+	cmake --build $(COV_BUILD) -j $(JOBS)
+	scripts/coverage $(COV_BUILD)
+
 bench: build
 	@bench/run-all $(BUILD)
 
@@ -52,4 +63,4 @@ format:
 	@git ls-files '*.cpp' '*.h' | xargs clang-format -i
 
 clean:
-	rm -rf $(BUILD) $(ASAN_BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD) $(COV_BUILD)
