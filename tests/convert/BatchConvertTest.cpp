@@ -86,7 +86,7 @@ TEST_F(BatchConvertTest, ConvertsEveryFileIntoTheFolderAndAFileAddedDuringTheRun
     EXPECT_TRUE(w.unload());
 }
 
-TEST_F(BatchConvertTest, DecliningTheFormatOrStoppingKeepsTheListAndAFailedStartIsTold) {
+TEST_F(BatchConvertTest, DecliningTheFormatOrStoppingKeepsTheList) {
     frmBatchConvert& w = open();
     start(w, std::nullopt);
     EXPECT_EQ(ReadAppSetting(QStringLiteral("WAV Convert Output Path"), {}), out());
@@ -108,34 +108,6 @@ TEST_F(BatchConvertTest, DecliningTheFormatOrStoppingKeepsTheListAndAFailedStart
     EXPECT_EQ(w.List1->count(), 3);
     EXPECT_TRUE(msgBox().shown.isEmpty());
     EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Start Conversion"));
-
-    chain().scriptStartError(QStringLiteral("a.wav"), QStringLiteral("no sound in it"));
-    start(w);
-    ASSERT_EQ(msgBox().shown.size(), 1);
-    EXPECT_EQ(
-        msgBox().shown[0].text,
-        QStringLiteral("An error occurred while attempting to convert the current file (") +
-            tempDir() +
-            QStringLiteral("/in/a.wav).  \r\n\r\nExtended Error Information:  no sound in it"));
-    EXPECT_EQ(msgBox().shown[0].icon(), Mb::Information);
-}
-
-TEST_F(BatchConvertTest, AFullDiskEndsTheRunAfterTheFileInWork) {
-    frmBatchConvert& w = open();
-    start(w);
-    chain().dataEnd();
-    settle();
-    chain().failWrite();
-    settle();
-    ASSERT_EQ(msgBox().shown.size(), 1);
-    EXPECT_EQ(msgBox().shown[0].text, QStringLiteral("Can't write to file, disk full ?"));
-    EXPECT_EQ(msgBox().shown[0].title, QStringLiteral("Error"));
-    EXPECT_EQ(msgBox().shown[0].buttons(), Mb::OKCancel);
-    EXPECT_EQ(chain().closes, 1);
-    EXPECT_EQ(chain().conversions.size(), 2);
-    EXPECT_EQ(w.List1->count(), 3);
-    EXPECT_NE(w.Label1->text(), kDone);
-    EXPECT_TRUE(QFileInfo::exists(out() + QStringLiteral("/a.wav")));
 }
 
 }  // namespace

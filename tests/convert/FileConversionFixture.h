@@ -6,12 +6,17 @@
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QFile>
 #include <QListWidget>
+#include <QMimeData>
+#include <QUrl>
 #include <memory>
 
 #include "app/AppState.h"
 #include "app/Forms.h"
+#include "convert/FileListForm.h"
 #include "platform/Components.h"
 #include "support/AppTest.h"
 #include "support/FakeFileDialogs.h"
@@ -63,6 +68,19 @@ class FileConversionFixture : public AppTest {
         QStringList all;
         for (int i = 0; i < list->count(); ++i) all << list->item(i)->text();
         return all;
+    }
+    // Drops `paths` on the window's list the way the window system hands them over: enter,
+    // then drop, on the list's viewport.
+    static void drop(FileListForm& w, const QStringList& paths) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const QString& p : paths) urls << QUrl::fromLocalFile(p);
+        data.setUrls(urls);
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(w.List1->viewport(), &enter);
+        if (!enter.isAccepted()) return;
+        QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(w.List1->viewport(), &dropped);
     }
     // Lets queued events arrive.
     static void settle() {

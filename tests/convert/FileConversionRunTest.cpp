@@ -35,13 +35,18 @@ class FileConversionRunTest : public FileConversionFixture {
         ASSERT_TRUE(writeTone(wav1, 2.0, 44100, 2));
         ASSERT_TRUE(writeTone(wav2, 1.5, 48000, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_24));
     }
-    // Runs the window's list into `folder` and waits for the run's end.
-    static bool run(FileListForm& w, FakeFileDialogs& dialogs, const QString& folder) {
+    // Runs the window's list into `folder` and waits for the run's end: the list empty, the
+    // stopped text, or a box told.
+    bool run(FileListForm& w, const QString& folder) {
         QDir().mkpath(folder);
-        dialogs.scriptFolder(folder);
+        dialogs->scriptFolder(folder);
         w.RunMenu->trigger();
-        return waitUntil(
-            [&] { return w.List1->count() == 0 || w.Label1->text().contains("stop"); });
+        const bool ended = waitUntil([&] {
+            return w.List1->count() == 0 || w.Label1->text().contains("stop") ||
+                   !msgBox().shown.isEmpty();
+        });
+        settle();
+        return ended;
     }
 
     const QString wav1 = tempDir() + QStringLiteral("/one.wav");
@@ -50,36 +55,34 @@ class FileConversionRunTest : public FileConversionFixture {
 
 TEST_F(FileConversionRunTest, WavToMp3AndBackKeepLengthRateAndChannels) {
     frmEncode& enc = Forms::touch<frmEncode>();
+    msgBox().reset();
     enc.Bitrates->mnuBitrate[1]->trigger();  // 64 kbit/s
     enc.mnuDownMix->trigger();
-    enc.Process_DROPFILES({wav1, wav2});
-    ASSERT_TRUE(run(enc, *dialogs, out()));
+    drop(enc, {wav1, wav2});
+    ASSERT_TRUE(run(enc, out()));
     EXPECT_EQ(enc.Label1->text(), QStringLiteral("The file list has been successfully encoded."));
-
-    const Mp3Info one = decodeMp3(out() + QStringLiteral("/one.mp3"));
-    const Mp3Info two = decodeMp3(out() + QStringLiteral("/two.mp3"));
-    ASSERT_TRUE(one.ok && two.ok);
-    EXPECT_EQ(one.bitrateKbps, 64);
-    EXPECT_EQ(two.bitrateKbps, 64);
-    EXPECT_EQ(one.channels, 1);
-    EXPECT_EQ(two.channels, 1);
-    EXPECT_NEAR(double(one.samples) / one.rate, 2.0, 0.01);
-    EXPECT_NEAR(double(two.samples) / two.rate, 1.5, 0.01);
-    EXPECT_GT(one.rms, 0.01);
+    for (const auto& [name, seconds] : {std::pair{"/one.mp3", 2.0}, std::pair{"/two.mp3", 1.5}}) {
+        const Mp3Info mp3 = decodeMp3(out() + QLatin1String(name));
+        ASSERT_TRUE(mp3.ok) << name;
+        EXPECT_EQ(mp3.bitrateKbps, 64);
+        EXPECT_EQ(mp3.channels, 1);
+        EXPECT_NEAR(double(mp3.samples) / mp3.rate, seconds, 0.01);
+        EXPECT_GT(mp3.rms, 0.01);
+    }
 
     frmDecode& dec = Forms::touch<frmDecode>();
-    dec.Process_DROPFILES({out()});
+    drop(dec, {out()});
     ASSERT_EQ(dec.List1->count(), 2);
     const QString back = tempDir() + QStringLiteral("/back");
-    ASSERT_TRUE(run(dec, *dialogs, back));
+    ASSERT_TRUE(run(dec, back));
     EXPECT_EQ(dec.Label1->text(), QStringLiteral("The file list has been successfully decoded."));
-    const SoundInfo a = readSoundInfo(back + QStringLiteral("/one.wav"));
-    const SoundInfo b = readSoundInfo(back + QStringLiteral("/two.wav"));
-    ASSERT_TRUE(a.ok && b.ok);
-    EXPECT_EQ(a.channels, 1);
-    EXPECT_EQ(a.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-    EXPECT_NEAR(double(a.frames) / a.rate, 2.0, 0.01);
-    EXPECT_NEAR(double(b.frames) / b.rate, 1.5, 0.01);
+    for (const auto& [name, seconds] : {std::pair{"/one.wav", 2.0}, std::pair{"/two.wav", 1.5}}) {
+        const SoundInfo wav = readSoundInfo(back + QLatin1String(name));
+        ASSERT_TRUE(wav.ok) << name;
+        EXPECT_EQ(wav.channels, 1);
+        EXPECT_EQ(wav.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
+        EXPECT_NEAR(double(wav.frames) / wav.rate, seconds, 0.01);
+    }
 }
 
 TEST_F(FileConversionRunTest, ASourceTheCodecRefusesEndsTheRunThereWithTheStoppedText) {
@@ -90,14 +93,13 @@ TEST_F(FileConversionRunTest, ASourceTheCodecRefusesEndsTheRunThereWithTheStoppe
     ASSERT_TRUE(writeBytes(text, QByteArray(4000, 'x')));
     const QString emptyWav = tempDir() + QStringLiteral("/empty.wav");
     ASSERT_TRUE(writeBytes(emptyWav, {}));
-
     for (const QString& refused : {cut, emptyWav}) {
         SCOPED_TRACE(refused.toStdString());
         QFile::remove(out() + QStringLiteral("/one.mp3"));
         frmEncode& enc = Forms::touch<frmEncode>();
         msgBox().reset();
-        enc.Process_DROPFILES({wav1, refused, wav2});
-        ASSERT_TRUE(run(enc, *dialogs, out()));
+        drop(enc, {wav1, refused, wav2});
+        ASSERT_TRUE(run(enc, out()));
         EXPECT_EQ(enc.Label1->text(), QStringLiteral("Encode process has been stopped."));
         EXPECT_TRUE(msgBox().texts().isEmpty());
         EXPECT_EQ(enc.List1->count(), 3);
@@ -105,70 +107,62 @@ TEST_F(FileConversionRunTest, ASourceTheCodecRefusesEndsTheRunThereWithTheStoppe
         EXPECT_FALSE(QFileInfo::exists(out() + QStringLiteral("/two.mp3")));
         enc.unload();
     }
-
     frmDecode& dec = Forms::touch<frmDecode>();
     const QString back = tempDir() + QStringLiteral("/back");
-    dec.Process_DROPFILES({out() + QStringLiteral("/one.mp3"), text});
-    ASSERT_TRUE(run(dec, *dialogs, back));
+    drop(dec, {out() + QStringLiteral("/one.mp3"), text});
+    ASSERT_TRUE(run(dec, back));
     EXPECT_EQ(dec.Label1->text(), QStringLiteral("Decode process has been stopped."));
-    EXPECT_TRUE(readSoundInfo(back + QStringLiteral("/one.wav")).ok);
     EXPECT_EQ(QDir(back).entryList(QDir::Files | QDir::Hidden), QStringList{"one.wav"});
+    EXPECT_TRUE(readSoundInfo(back + QStringLiteral("/one.wav")).ok);
 }
 
-TEST_F(FileConversionRunTest, TheBatchWritesMuLawMonoCopies) {
-    frmBatchConvert& w = Forms::touch<frmBatchConvert>();
-    w.Process_DROPFILES({wav1, wav2});
-    FakeFormatChooser::latest()->script({WaveFormat{WaveFormat::MuLaw, 8000, 1}});
-    ASSERT_TRUE(run(w, *dialogs, out()));
-    EXPECT_EQ(
-        msgBox().texts(),
-        QStringList{QStringLiteral("Batch WAV conversion process has successfully completed.")});
-    for (const auto& [name, seconds] : {std::pair{"/one.wav", 2.0}, std::pair{"/two.wav", 1.5}}) {
-        const SoundInfo info = readSoundInfo(out() + QLatin1String(name));
-        ASSERT_TRUE(info.ok) << name;
-        EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_ULAW);
-        EXPECT_EQ(info.rate, 8000);
-        EXPECT_EQ(info.channels, 1);
-        EXPECT_NEAR(double(info.frames) / 8000, seconds, 0.01);
-    }
-}
-
-TEST_F(FileConversionRunTest, TheBatchTellsAnEmptySourceConvertsWhatACutOneHoldsAndKeepsBoth) {
+// The batch writes what a source holds in the chosen format, tells a source that holds no
+// sound, and leaves the sources as they were.
+TEST_F(FileConversionRunTest, TheBatchConvertsWhatEachSourceHoldsOrTellsWhyNot) {
     const QString empty = tempDir() + QStringLiteral("/empty.wav");
     const QString cut = tempDir() + QStringLiteral("/cut.wav");
     ASSERT_TRUE(writeBytes(empty, {}));
     ASSERT_TRUE(writeTone(cut, 2.0, 44100, 2));
     ASSERT_TRUE(truncateFile(cut, 20000));
+    const QString done = QStringLiteral("Batch WAV conversion process has successfully completed.");
     const struct {
-        QString source, message;
-        qint64 frames;
+        QStringList sources;
+        WaveFormat format;
+        QString message;
+        QList<qint64> frames;
     } cases[] = {
-        {empty,
+        {{wav1, wav2}, {WaveFormat::MuLaw, 8000, 1}, done, {2 * 8000, 8000 * 3 / 2}},
+        {{empty},
+         {WaveFormat::Pcm8, 22050, 1},
          QStringLiteral("An error occurred while attempting to convert the current file (") +
              empty +
              QStringLiteral(").  \r\n\r\nExtended Error Information:  The source file can't be "
                             "read as sound: Format not recognised."),
-         0},
+         {0}},
         // What the cut file holds, at half the rate.
-        {cut, QStringLiteral("Batch WAV conversion process has successfully completed."),
-         (20000 - 44) / 4 / 2},
+        {{cut}, {WaveFormat::Pcm8, 22050, 1}, done, {(20000 - 44) / 4 / 2}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(c.source.toStdString());
+        SCOPED_TRACE(c.sources.join(u' ').toStdString());
         msgBox().reset();
         frmBatchConvert& w = Forms::touch<frmBatchConvert>();
-        w.Process_DROPFILES({c.source});
-        FakeFormatChooser::latest()->script({WaveFormat{WaveFormat::Pcm8, 22050, 1}});
-        dialogs->scriptFolder(out());
-        w.ConvertMenu->trigger();
-        ASSERT_TRUE(waitUntil([&] { return !msgBox().shown.isEmpty(); }));
-        settle();
+        drop(w, c.sources);
+        FakeFormatChooser::latest()->script({c.format});
+        ASSERT_TRUE(run(w, out()));
         EXPECT_EQ(msgBox().texts(), QStringList{c.message});
-        const SoundInfo info = readSoundInfo(out() + u'/' + QFileInfo(c.source).fileName());
-        EXPECT_NEAR(double(info.frames), double(c.frames), 1);
+        for (int i = 0; i < c.sources.size(); ++i) {
+            const SoundInfo info = readSoundInfo(out() + u'/' + QFileInfo(c.sources[i]).fileName());
+            EXPECT_NEAR(double(info.frames), double(c.frames[i]), 1);
+            if (c.frames[i] > 0) {
+                EXPECT_EQ(info.rate, c.format.sampleRate);
+                EXPECT_EQ(info.channels, 1);
+            }
+        }
         w.ConvertMenu->trigger();
         w.unload();
     }
+    EXPECT_EQ(readSoundInfo(out() + QStringLiteral("/one.wav")).format,
+              SF_FORMAT_WAV | SF_FORMAT_ULAW);
     EXPECT_EQ(QFileInfo(empty).size(), 0);
     EXPECT_EQ(QFileInfo(cut).size(), 20000);
 }
@@ -193,8 +187,9 @@ TEST_F(FileConversionRunTest, AQueueDestinationThatFillsUpIsToldAndKeepsTheOlder
         FileQueueForm& w = c.window == "encode"
                                ? static_cast<FileQueueForm&>(Forms::touch<frmEncode>())
                                : Forms::touch<frmDecode>();
-        w.Process_DROPFILES({c.source});
-        ASSERT_TRUE(run(w, *dialogs, out()));
+        msgBox().reset();
+        drop(w, {c.source});
+        ASSERT_TRUE(run(w, out()));
         ASSERT_EQ(w.Label1->text(), c.success);
 
         const QString full = tempDir() + QStringLiteral("/full-") + c.window;
@@ -203,8 +198,8 @@ TEST_F(FileConversionRunTest, AQueueDestinationThatFillsUpIsToldAndKeepsTheOlder
         const int code = runOnFillingFolder(full, 64 * 1024, [&] {
             if (!writeBytes(output, older)) return 1;
             msgBox().reset();
-            w.Process_DROPFILES({c.source});
-            if (!run(w, *dialogs, full)) return 2;
+            drop(w, {c.source});
+            if (!run(w, full)) return 2;
             const QStringList told = msgBox().texts();
             if (told.size() != 1 || !told[0].startsWith(QStringLiteral("Unable to write file:  ") +
                                                         output + QStringLiteral("\r\n\r\n")))
@@ -229,12 +224,9 @@ TEST_F(FileConversionRunTest, ABatchDestinationThatFillsUpKeepsTheListTheFilesDo
     const int code = runOnFillingFolder(full, 1 << 20, [&] {
         if (!writeBytes(full + QStringLiteral("/big.wav"), older)) return 1;
         frmBatchConvert& w = Forms::touch<frmBatchConvert>();
-        w.Process_DROPFILES({wav1, big, last});
+        drop(w, {wav1, big, last});
         FakeFormatChooser::latest()->script({WaveFormat{WaveFormat::Pcm16, 44100, 2}});
-        dialogs->scriptFolder(full);
-        w.ConvertMenu->trigger();
-        if (!waitUntil([&] { return !msgBox().shown.isEmpty(); })) return 2;
-        settle();
+        if (!run(w, full)) return 2;
         if (msgBox().texts() != QStringList{QStringLiteral("Can't write to file, disk full ?")})
             return 3;
         if (w.List1->count() != 3 || !w.RunFailed) return 4;

@@ -4,15 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
-#include <QDragEnterEvent>
-#include <QDropEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMenu>
-#include <QMimeData>
 #include <QProgressBar>
 #include <QToolBar>
-#include <QUrl>
 
 #include "app/Runtime.h"
 #include "app/Settings.h"
@@ -29,19 +25,6 @@ namespace {
 
 const QString kStopped = QStringLiteral("Encode process has been stopped.");
 const QString kSuccess = QStringLiteral("The file list has been successfully encoded.");
-
-// A drop the way the window system hands it over: enter, then drop, on the list's viewport.
-void dropOn(QWidget* target, const QStringList& paths) {
-    QMimeData data;
-    QList<QUrl> urls;
-    for (const QString& p : paths) urls << QUrl::fromLocalFile(p);
-    data.setUrls(urls);
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &enter);
-    if (!enter.isAccepted()) return;
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(target, &drop);
-}
 
 class EncodeQueueTest : public FileConversionFixture {
   protected:
@@ -178,10 +161,10 @@ TEST_F(EncodeQueueTest, DropsTakeWavFilesAndTheWavFilesOfFoldersAlsoDuringARun) 
     msgBox().reset();
     const QString noWav = tempDir() + QStringLiteral("/nowav");
     file(QStringLiteral("nowav/x.mp3"));
-    dropOn(w.List1->viewport(), {noWav, file(QStringLiteral("x.mp3")), tempDir() + "/missing.wav"});
+    drop(w, {noWav, file(QStringLiteral("x.mp3")), tempDir() + "/missing.wav"});
     EXPECT_EQ(w.List1->count(), 0);
     const QString upper = file(QStringLiteral("LOUD.WAV"));
-    dropOn(w.List1->viewport(), {upper, file(QStringLiteral("first.wav"))});
+    drop(w, {upper, file(QStringLiteral("first.wav"))});
     EXPECT_EQ(rows(w.List1), QStringList({upper, tempDir() + QStringLiteral("/first.wav")}));
 
     // The run disables the list; what is dropped on it still arrives, and the run keeps
@@ -192,7 +175,7 @@ TEST_F(EncodeQueueTest, DropsTakeWavFilesAndTheWavFilesOfFoldersAlsoDuringARun) 
     file(QStringLiteral("more/b.wav"));
     file(QStringLiteral("more/a.wav"));
     file(QStringLiteral("more/sub/c.wav"));
-    dropOn(w.List1->viewport(), {folder});
+    drop(w, {folder});
     EXPECT_EQ(rows(w.List1).mid(2),
               QStringList({folder + QStringLiteral("/a.wav"), folder + QStringLiteral("/b.wav")}));
     encoder().run.finish();
@@ -290,7 +273,7 @@ TEST_F(EncodeQueueTest, DecodingMakesOneWavATitleAndANonMpegSourceTakesTheErrorP
     EXPECT_TRUE(msgBox().shown.isEmpty());  // no note here
     EXPECT_EQ(w.windowTitle(), QStringLiteral("Cantovel - Convert MP3 to WAV"));
     const QString mp2 = file(QStringLiteral("a.mp2")), mp3 = file(QStringLiteral("x/a.mp3"));
-    dropOn(w.List1->viewport(), {mp2, mp3, file(QStringLiteral("C.MP3"))});
+    drop(w, {mp2, mp3, file(QStringLiteral("C.MP3"))});
     ASSERT_EQ(w.List1->count(), 3);
     decoder.run.autoRun = true;
     start(w);

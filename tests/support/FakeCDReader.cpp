@@ -121,7 +121,7 @@ void FakeCDReader::CopyTrack(int index, const QString& fileName) {
     QFile out(fileName);
     if (out.open(QIODevice::WriteOnly)) out.write(QByteArray::number(index));
     copying_ = true;
-    copyStarted_ = writeFailed_ = false;
+    copyStarted_ = false;
     copyStart_ = copyPosition_ = CDReader::ToFrames(tracks[index].StartPosition);
     copyEnd_ = copyStart_ + CDReader::ToFrames(tracks[index].Length);
     copyBegunAt_ = Clock::get().msecs();
@@ -131,7 +131,7 @@ void FakeCDReader::CopyTrack(int index, const QString& fileName) {
 }
 
 void FakeCDReader::copyTick() {
-    if (!copying_ || writeFailed_) return;
+    if (!copying_) return;
     const qint64 elapsed = Clock::get().msecs() - copyBegunAt_;
     if (elapsed < disc().copyStartMs) return;
     if (!copyStarted_) {
@@ -141,12 +141,6 @@ void FakeCDReader::copyTick() {
     }
     const qint64 done = std::min(copyEnd_ - copyStart_,
                                  (elapsed - disc().copyStartMs) * disc().copyFramesPer100Ms / 100);
-    if (disc().failWriteAt && done >= *disc().failWriteAt) {
-        copyPosition_ = copyStart_ + *disc().failWriteAt;
-        writeFailed_ = true;
-        emit CopyWriteFailed();
-        return;
-    }
     if (disc().failReadAt && done >= *disc().failReadAt) {
         copyPosition_ = copyStart_ + *disc().failReadAt;
         emit CopyError();

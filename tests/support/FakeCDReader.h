@@ -35,13 +35,10 @@ class FakeCDReader : public CDReader, public TrackedFake<FakeCDReader, CDReader>
         QString openError;
         bool doorOpen = false;
         // Copies: the pace, in frames per 100 ms of clock time, after a start-up of
-        // copyStartMs; a read error or a failed write once that many frames are done
-        // (the write failure leaves the copy running until StopCopy, as a real one would
-        // sit on a full disk).
+        // copyStartMs; a read error once that many frames are done.
         qint64 copyFramesPer100Ms = 750;
         int copyStartMs = 50;
         std::optional<qint64> failReadAt;
-        std::optional<qint64> failWriteAt;
     };
     static Disc& disc();
     // Tracks of these lengths in seconds, the first starting at 2 seconds, the usual gap.
@@ -94,7 +91,6 @@ class FakeCDReader : public CDReader, public TrackedFake<FakeCDReader, CDReader>
 
     bool copying_ = false;
     bool copyStarted_ = false;
-    bool writeFailed_ = false;
     qint64 copyStart_ = 0;
     qint64 copyPosition_ = 0;
     qint64 copyEnd_ = 0;

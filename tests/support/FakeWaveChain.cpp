@@ -16,21 +16,11 @@ bool FakeWaveChain::PrepareOutput(const QString& name) {
     return true;
 }
 
-void FakeWaveChain::scriptStartError(const QString& source, const QString& description) {
-    startErrors_[source] = description;
-}
-
 void FakeWaveChain::Start() {
     clearError();
     ++starts;
     if (state & StateRunning) return;
     const QString source = SrcFileName();
-    const QString error =
-        startErrors_.value(source, startErrors_.value(QFileInfo(source).fileName()));
-    if (!error.isEmpty()) {
-        raise(error);
-        return;
-    }
     conversions.append({source, DstFileName(), TargetFormat()});
     if (writesOutput) {
         QFile out(DstFileName());
@@ -82,13 +72,6 @@ void FakeWaveChain::dataEnd() {
     halt();
     position = length;
     emit TriggerDataEnd();
-}
-
-void FakeWaveChain::failWrite() {
-    if (!(state & StateRunning)) return;
-    halt();
-    state |= StateWriteFailed;
-    emit DstFileError();
 }
 
 }  // namespace cantovel::test

@@ -28,8 +28,6 @@ class FakeWaveChain : public WaveChain, public TrackedFake<FakeWaveChain, WaveCh
     void Close() override;
     int State() const override { return state; }
 
-    // Script: Start on this source (file name or full path) raises with this text.
-    void scriptStartError(const QString& source, const QString& description);
     // On Start, a run goes by itself in virtual time: the position moves in `steps`
     // steps `stepMs` apart, then the data ends. Otherwise the test drives it.
     bool autoRun = false;
@@ -52,14 +50,11 @@ class FakeWaveChain : public WaveChain, public TrackedFake<FakeWaveChain, WaveCh
 
     // Test side.
     void dataEnd();
-    // Sets the failure bit and raises the destination's error.
-    void failWrite();
 
   private:
     void halt();
     // Stop and Close alike: the run ends and the stopped event follows.
     void end();
-    QHash<QString, QString> startErrors_;
     std::unique_ptr<Timer> timer_;
     int step_ = 0;
 };

@@ -81,12 +81,4 @@ void ScriptedRun::finish() {
     done_();
 }
 
-void ScriptedRun::failWrite() {
-    if (!running) return;
-    halt();
-    writeFailed = true;
-    writeError = QStringLiteral("No space left on device");
-    done_();
-}
-
 }  // namespace cantovel::test

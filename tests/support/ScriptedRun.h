@@ -59,8 +59,6 @@ class ScriptedRun {
     void progress(qint32 value);
     // Last progress (the total) and the end.
     void finish();
-    // The end of a run whose output could not be written.
-    void failWrite();
 
   private:
     void tick();
