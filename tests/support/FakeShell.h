@@ -42,7 +42,6 @@ class FakeShell : public Shell {
     QStringList printed;
     QStringList recent;
     QStringList trashed;
-    QList<qint64> runningAsked;
 
   private:
     QSet<qint64> running_;
