@@ -61,16 +61,4 @@ TEST_F(CMRUTest, NewestFirstAndTheOldestFallsOutOfAFullList) {
     EXPECT_EQ(value("MRUTag4"), QString());
 }
 
-TEST_F(CMRUTest, AnEmptyKeyHidesEverythingGapsCloseUpAndOnlyTextValuesCount) {
-    mru.GetMRUList();
-    for (int i = 0; i <= 4; ++i) EXPECT_FALSE(mru.MenuItem(i)->isVisible()) << i;
-    WriteRegValue(RegRoot::LocalMachine, Key, "MRU2", "/two.mp3");
-    registry().setValue(RegRoot::LocalMachine, Key, "MRU3", RegValue::dword(7));
-    WriteRegValue(RegRoot::LocalMachine, Key, "MRU4", "/four.mp3");
-    mru.GetMRUList();
-    EXPECT_EQ(shownCaptions(), (QStringList{"&1. /two.mp3", "&2. /four.mp3"}));
-    EXPECT_EQ(mru.MenuItem(5), nullptr);
-    mru.setMenuItem(9, mru.MenuItem(1));  // refused in silence
-}
-
 }  // namespace

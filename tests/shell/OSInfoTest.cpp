@@ -47,6 +47,7 @@ TEST_F(OSInfoTest, AnswersComeFromTheSystemAndTheStore) {
     EXPECT_TRUE(QFileInfo(info.WindowsDirectory()).isDir());
     // These depend on the machine; they must answer without an error.
     info.CurrentHardwareProfile();
+    info.DefaultUserName();
     info.LargeFonts();
     info.ScreenSaverActive();
     info.ScreenSaverTimeout();

@@ -95,47 +95,6 @@ TEST(Subclass, HookingFollowsHWndAndReportsOnlyTheWatchedMessages) {
     EXPECT_EQ(other.hWnd(), nullptr);
 }
 
-TEST(Subclass, PositionChangingHandlerKeepsTheWindowInsideAnArea) {
-    auto w = frameless({100, 50});
-    Subclass s;
-    Recorder r(s);
-    const QRect area(0, 0, 640, 480);
-    r.handle = [&](quint32 msg, qintptr w, qintptr l, long*) {
-        if (msg != Wm::WINDOWPOSCHANGING) return;
-        auto* pos = reinterpret_cast<WindowPos*>(l);
-        if (pos->x < area.left())
-            pos->x = area.left();
-        else if (pos->x + pos->cx > area.right() + 1)
-            pos->x = area.right() + 1 - pos->cx;
-        if (pos->y < area.top())
-            pos->y = area.top();
-        else if (pos->y + pos->cy > area.bottom() + 1)
-            pos->y = area.bottom() + 1 - pos->cy;
-        s.CallWndProc(msg, w, l);
-    };
-    s.setHWnd(w.get());
-    s.setMessages(Wm::WINDOWPOSCHANGING, true);
-    s.setMessages(Wm::MOVE, true);
-
-    w->move(-40, 700);
-    QApplication::processEvents();
-    EXPECT_EQ(w->pos(), QPoint(0, 430));
-    // The window never reported itself outside: its one move is to the corrected place.
-    QList<QPoint> moves;
-    for (const Seen& e : r.seen)
-        if (e.msg == Wm::MOVE) moves << QPoint(Wm::loWord(e.lParam), Wm::hiWord(e.lParam));
-    EXPECT_EQ(moves, QList<QPoint>({QPoint(0, 430)}));
-
-    // Inside the area nothing is changed.
-    w->move(200, 100);
-    EXPECT_EQ(w->pos(), QPoint(200, 100));
-    // Growing past the edge moves the window back in.
-    w->resize(100, 200);
-    EXPECT_EQ(w->geometry(), QRect(200, 100, 100, 200));
-    w->move(200, 400);
-    EXPECT_EQ(w->pos(), QPoint(200, 280));
-}
-
 TEST(Subclass, ADropReachesWndProcWithItsPathsInOrder) {
     QWidget list;
     Subclass s;

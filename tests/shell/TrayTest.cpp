@@ -49,6 +49,7 @@ TEST_F(TrayTest, MinimisingHidesTheWindowTheIconTellsTheFileAndTheWayBackShowsIt
     MP().setFileName(media(QString(70, u'x') + ".wav"));
     clock().advance(1000);
     EXPECT_EQ(tray().cSysTray1.shownTip(), QString(63, u'x'));
+    EXPECT_EQ(tray().cSysTray1.TrayTip(), QString(70, u'x') + ".wav - Cantovel");
 
     message(cSysTray::WM_RBUTTONDBLCLK);
     EXPECT_FALSE(main->isVisible());

@@ -94,15 +94,6 @@ TEST_F(DisplayTest, NumberAndClockFieldsShowTheirDigits) {
     EXPECT_EQ(shown(m, 6, 6), QStringLiteral("9-----"));
 }
 
-TEST_F(DisplayTest, DigitPlacesTakeTheSizeOfTheSkinsDigits) {
-    frmMain& m = load();
-    QPixmap big(200, 32);
-    big.fill(Qt::red);
-    m.clpDigits.setPicture(big);
-    m.ShowNumberField(0, QStringLiteral("5"));
-    EXPECT_EQ(m.imgTime[14].rect, QRect(149, 42, 20, 32));
-}
-
 TEST_F(DisplayTest, TheThumbFollowsTheTimeAndTheDigitsFollowTheThumb) {
     frmMain& m = load();
     m.ShowPosition(0, 100);
