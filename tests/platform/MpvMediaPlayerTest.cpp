@@ -25,7 +25,7 @@ class MpvMediaPlayerTest : public ::testing::Test {
         Components::provideService<Clock>(std::make_shared<QtClock>());
         env.set("CANTOVEL_AO", QByteArray("null"));
         env.set("CANTOVEL_VO", QByteArray("null"));
-        // Tests that pause or stop a playing file need real time; the rest run untimed.
+        // The tests here need no real time.
         env.set("CANTOVEL_MPV_UNTIMED", QByteArray("1"));
         ASSERT_TRUE(dir.isValid());
     }
@@ -141,34 +141,6 @@ TEST_F(MpvMediaPlayerTest, PlaysToTheEndKeepingTheFileAndAHandlerMayOpenTheNext)
     }));
     EXPECT_EQ(plays, (Changes{{0, 2}, {2, 0}, {0, 2}, {2, 0}, {0, 6}, {0, 2}, {2, 0}}));
     EXPECT_NEAR(mp.Duration(), 2.0, 0.01);
-}
-
-TEST_F(MpvMediaPlayerTest, PauseStopAndTheEmptyName) {
-    env.set("CANTOVEL_MPV_UNTIMED", QByteArray("0"));
-    ASSERT_TRUE(writeTone(path("long.wav"), 60.0, 8000, 1));
-    MpvMediaPlayer& mp = make();
-    ASSERT_EQ(mp.setFileName(path("long.wav")), 0);
-    mp.Pause();  // nothing to pause yet
-    mp.Play();
-    mp.Play();  // already playing
-    mp.Pause();
-    mp.Play();
-    mp.setCurrentPosition(20.0);
-    mp.Stop();
-    EXPECT_EQ(plays, (Changes{{0, 2}, {2, 1}, {1, 2}, {2, 0}}));
-    EXPECT_EQ(mp.CurrentPosition(), 0.0);
-    // The file stays open after a stop.
-    EXPECT_EQ(mp.OpenState(), MediaPlayer::mpoOpen);
-    EXPECT_NEAR(mp.Duration(), 60.0, 0.01);
-
-    mp.Play();
-    opens.clear();
-    plays.clear();
-    EXPECT_EQ(mp.setFileName(QString()), 0);
-    EXPECT_EQ(plays, (Changes{{2, 6}}));
-    EXPECT_EQ(opens, (Changes{{6, 0}}));
-    EXPECT_EQ(mp.fileName(), QString());
-    EXPECT_EQ(mp.Duration(), 0.0);
 }
 
 TEST_F(MpvMediaPlayerTest, VolumeAndBalanceReachMpv) {

@@ -92,16 +92,6 @@ TEST_F(TrayTest, TheMenusRowsFollowThePlayersState) {
     openByDialog(media("Song.wav"));
     t.PrepareMenu();
     EXPECT_TRUE(t.mnuPause->isEnabled());
-    // A single file has no next entry; a CD track or a running queue has.
-    EXPECT_FALSE(t.popSeekNext->isEnabled());
-    main->PlaylistRunning = VTrue;
-    t.PrepareMenu();
-    EXPECT_TRUE(t.popSeekPrev->isEnabled());
-    main->PlaylistRunning = VFalse;
-    main->CurrentFile = "/cdrom/Track03.cda";
-    t.PrepareMenu();
-    EXPECT_TRUE(t.popSeekNext->isEnabled());
-
     // The pause row pauses the player as the main menu does.
     t.mnuPause->trigger();
     EXPECT_EQ(temp->mnuPause->text(), "&Resume");

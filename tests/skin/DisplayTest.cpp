@@ -94,41 +94,6 @@ TEST_F(DisplayTest, NumberAndClockFieldsShowTheirDigits) {
     EXPECT_EQ(shown(m, 6, 6), QStringLiteral("9-----"));
 }
 
-TEST_F(DisplayTest, TheThumbFollowsTheTimeAndTheDigitsFollowTheThumb) {
-    frmMain& m = load();
-    m.ShowPosition(0, 100);
-    EXPECT_EQ(m.imgPlayProgress.Left(), 16);
-    m.ShowPosition(50, 100);
-    // Half of the travel of 248 pixels for a thumb 20 wide.
-    EXPECT_EQ(m.imgPlayProgress.Left(), 140);
-    EXPECT_EQ(part(face(m), QRect(140, 119, 20, 8)), picture(m.imgPlayProgress.picture));
-    // The elapsed digits are read back from the thumb, at its resolution.
-    m.ShowPosition(59, 7200);
-    EXPECT_EQ(m.imgPlayProgress.Left(), 18);
-    EXPECT_EQ(shown(m, 0, 6), QStringLiteral("000058"));
-    // A thumb wider than its travel stays at 16.
-    QPixmap wide(300, 8);
-    wide.fill(Qt::green);
-    m.imgPlayProgress.setPicture(wide);
-    for (int at : {90, 10}) {
-        m.ThumbFromTime(at, 100);
-        EXPECT_EQ(m.imgPlayProgress.Left(), 16);
-    }
-}
-
-TEST_F(DisplayTest, ADraggedThumbKeepsThePointWhereItWasGrabbed) {
-    frmMain& m = load();
-    m.CurrentFile = QStringLiteral("/music/song.mp3");
-    hover(m, QPoint(16 + 7, 122));
-    press(m, QPoint(16 + 7, 122));
-    drag(m, QPoint(16 + 7 + 50, 122));
-    EXPECT_EQ(m.imgPlayProgress.Left(), 66);
-    drag(m, QPoint(66 + 7 + 30, 140));
-    release(m, QPoint(66 + 7 + 30, 140));
-    EXPECT_EQ(m.imgPlayProgress.Left(), 96);
-    EXPECT_EQ(part(face(m), QRect(96, 119, 20, 8)), picture(m.imgPlayProgress.picture));
-}
-
 TEST_F(DisplayTest, BalanceDragSnapsToTheCentre) {
     frmMain& m = load();
     // A grab at the thumb's first column, carried to each place from 217 to 279.
@@ -155,57 +120,6 @@ TEST_F(DisplayTest, BalanceDragSnapsToTheCentre) {
     drag(m, QPoint(400, 152));
     release(m, QPoint(400, 152));
     EXPECT_EQ(m.imgBalance.Left(), 279);
-}
-
-TEST_F(DisplayTest, TheLevelPictureIsCutToTheLevel) {
-    frmMain& m = load();
-    const QImage level = picture(m.imgEQ.picture);
-    m.EQVolume(100);
-    EXPECT_TRUE(m.imgEQ.visible);
-    EXPECT_EQ(m.imgEQ.rect.width(), 161);
-    EXPECT_EQ(part(face(m), QRect(121, 77, 161, 7)), level);
-    m.EQVolume(50);
-    EXPECT_EQ(part(face(m), QRect(121, 77, 80, 7)), level.copy(0, 0, 80, 7));
-    EXPECT_EQ(part(face(m), QRect(201, 77, 81, 7)), background(m, QRect(201, 77, 81, 7)));
-    m.EQVolume(0);
-    EXPECT_FALSE(m.imgEQ.visible);
-    EXPECT_EQ(part(face(m), QRect(121, 77, 161, 7)), background(m, QRect(121, 77, 161, 7)));
-    // Above 100 the width is not limited.
-    m.EQVolume(120);
-    EXPECT_EQ(m.imgEQ.rect.width(), 193);
-}
-
-// The box around every pixel where two pictures differ.
-QRect changed(const QImage& a, const QImage& b) {
-    QRect box;
-    for (int y = 0; y < a.height(); ++y)
-        for (int x = 0; x < a.width(); ++x)
-            if (a.pixel(x, y) != b.pixel(x, y)) box |= QRect(x, y, 1, 1);
-    return box;
-}
-
-TEST_F(DisplayTest, TheTitleHasThreeShadows) {
-    frmMain& m = load();
-    const QImage none = face(m);
-    m.Title(QStringLiteral("Some Song.mp3"));
-    for (const SkinLabel& l : m.lblTitle) EXPECT_EQ(l.Caption, QStringLiteral("Some Song.mp3"));
-    const QImage all = face(m);
-    for (int i = 1; i < 4; ++i) m.lblTitle[i].visible = false;
-    const QImage textOnly = face(m);
-    // The text sits centred in its field; the shadows reach one pixel right and below.
-    const QRect text = changed(textOnly, none);
-    ASSERT_FALSE(text.isEmpty());
-    EXPECT_TRUE(QRect(16, 100, 265, 17).contains(text));
-    EXPECT_LE(std::abs((text.left() - 16) - (280 - text.right())), 1);
-    EXPECT_EQ(changed(all, none), text.adjusted(0, 0, 1, 1));
-    // The lower right corner of the text's box holds shadow, not text.
-    const QRect shadowOnly = changed(all, textOnly);
-    EXPECT_EQ(shadowOnly.bottomRight(), text.bottomRight() + QPoint(1, 1));
-    for (int i = 1; i < 4; ++i) m.lblTitle[i].visible = true;
-    // The same title again changes nothing.
-    m.lblTitle[2].Caption = QStringLiteral("kept");
-    m.Title(QStringLiteral("Some Song.mp3"));
-    EXPECT_EQ(m.lblTitle[2].Caption, QStringLiteral("kept"));
 }
 
 TEST_F(DisplayTest, RollingUpAndDownTwiceRestoresThePicture) {
