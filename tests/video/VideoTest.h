@@ -7,6 +7,9 @@
 #include "../player/PlayerTest.h"
 #include "app/AppState.h"
 #include "app/Settings.h"
+#include "platform/clock/QtClock.h"
+#include "platform/filmplayer/MpvFilmPlayer.h"
+#include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "support/FakeFilmMediaPlayer.h"
 #include "support/FakeFilmPlayer.h"
 #include "video/WindowMetrics.h"
@@ -31,6 +34,17 @@ class VideoTest : public PlayerTest {
             [] { return std::make_unique<frmVivoPlayer>(); });
     }
 
+    // The real players on libmpv and the real film windows, in real time, with the outputs
+    // the environment names (the desktop tests show real pictures).
+    static void installMpvPlayers() {
+        Components::provideService<Clock>(std::make_shared<QtClock>());
+        Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
+        Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
+        Components::provideFactory<VideoPlayerWindow>(
+            [] { return std::make_unique<frmVideoPlayer>(); });
+        Components::provideFactory<VivoPlayerWindow>(
+            [] { return std::make_unique<frmVivoPlayer>(); });
+    }
     // A film the fake players open: `seconds` long with a picture of `size`.
     QString film(const QString& name, double seconds = 12, QSize size = QSize(320, 240)) {
         const QString path = media(name, seconds);
