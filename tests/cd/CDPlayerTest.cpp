@@ -206,6 +206,9 @@ TEST_F(CDPlayerTest, DiscChangesTheDoorAndTheVolume) {
     EXPECT_EQ(f.Label2->text(), "40");
     EXPECT_EQ(mixer->volume, 40);
     EXPECT_EQ(f.MuteMenu->text(), "&Mute");
+    f.MuteMenu->trigger();
+    f.MuteMenu->trigger();
+    EXPECT_EQ(mixer->volume, 40);
 }
 
 }  // namespace

@@ -32,6 +32,7 @@ TEST_F(CdBaseTest, DiscIdsOfExampleDiscsAndNone) {
     // An open device stays open; without a disc the ID is empty and nothing is shown.
     mci->commands.clear();
     c.setCommand("open");
+    EXPECT_EQ(c.Command(), "open");
     EXPECT_EQ(mci->deviceType(), "CDAudio");
     mci->setDisc({}, 0);
     c.DiscLength = 77;
