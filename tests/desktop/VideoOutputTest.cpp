@@ -10,9 +10,6 @@
 #include <QToolButton>
 
 #include "../video/VideoTest.h"
-#include "platform/clock/QtClock.h"
-#include "platform/filmplayer/MpvFilmPlayer.h"
-#include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "platform/videocd/CdioVideoCdDevice.h"
 #include "support/DesktopSession.h"
 #include "support/ScopedEnv.h"
@@ -41,12 +38,8 @@ class VideoOutputTest : public VideoTest {
         VideoTest::SetUp();
     }
     void installPlayers() override {
-        // The real players, in real time, with a real picture output: the screen is read.
-        VideoTest::installPlayers();
         env.set("CANTOVEL_AO", QByteArray("null"));
-        Components::provideService<Clock>(std::make_shared<QtClock>());
-        Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
-        Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
+        installMpvPlayers();
         Components::provideFactory<QueueView>(
             [] { return std::make_unique<frmVideoPlaylistView>(); });
         Components::provideFactory<VideoCdDevice>(
@@ -277,7 +270,8 @@ TEST_F(VideoOutputTest, ATwoFilmVideoCdPlaysToItsEndTwentyTimesInARow) {
         c.setCommand(QStringLiteral("prev"));
         c.button(MMControl::Play)->click();
         ASSERT_TRUE(waitFor([&] { return c.Mode() == VideoCdDevice::Stopped; }))
-            << "run " << run << ", mode " << c.Mode() << ", entries played " << entries.size();
+            << "run " << run << ", mode " << c.Mode() << ", entries played "
+            << entries.size();
         ASSERT_EQ(entries, (QList<int>{1, 2})) << "run " << run;
     }
     auto* display = static_cast<CdioVideoCdDevice&>(disc).Display();
