@@ -63,6 +63,13 @@ TEST_F(KeysTest, TheMenusAdaptToWhatIsLoaded) {
     m.lblmnuPlayBack_Click();
     EXPECT_FALSE(temp().mnuStop->isEnabled());
     temp().mnuPlayback->hide();
+    m.List1 = QStringList{QStringLiteral("/a.mp3"), QStringLiteral("/b.mp3")};
+    m.PlaylistRunning = VTrue;
+    m.PlayQueue = m.List1;
+    m.lblmnuPlayBack_Click();
+    EXPECT_TRUE(temp().mnuPlayCurrent->isEnabled() && temp().mnuSeekPrev->isEnabled());
+    temp().mnuPlayback->hide();
+    m.PlaylistRunning = VFalse;
     m.CurrentFile = QStringLiteral("/cd/D/Track03.cda");
     m.lblmnuPlayBack_Click();
     EXPECT_TRUE(temp().mnuSeekNext->isEnabled());

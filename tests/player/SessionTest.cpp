@@ -176,6 +176,7 @@ TEST_F(SessionTest, ADiscThatIsNotReadyOrUnreadableIsTold) {
 TEST_F(SessionTest, TheDisplayFollowsWhicheverPlayerPlays) {
     EXPECT_FALSE(main->AnyPlayerPlaying());
     main->ThumbFromTime(4, 0);  // nothing loaded: the thumb stays
+    main->ThumbFromTime(-3, 10);
     EXPECT_EQ(main->imgPlayProgress.rect.left(), 16);
     openByDialog(media(QStringLiteral("Song.mp3")));
     temp->mnuStop_Click();
