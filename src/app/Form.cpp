@@ -5,12 +5,31 @@
 
 #include "app/Forms.h"
 #include "platform/clock/Clock.h"
+#include "shell/WindowHelpers.h"
 
 namespace cantovel {
+
+namespace {
+
+// Qt has just written a window's caption to the desktop when these reach the window; an
+// empty caption it would have filled in.
+class EmptyCaptionKeeper : public QObject {
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const QEvent::Type t = event->type();
+        if (t == QEvent::WindowTitleChange || t == QEvent::WinIdChange || t == QEvent::Show)
+            ShowEmptyCaption(static_cast<QWidget*>(watched));
+        return false;
+    }
+};
+
+}  // namespace
 
 Form::Form(const QString& name, QWidget* parent, Qt::WindowFlags flags)
     : QWidget(parent, flags), name_(name) {
     setObjectName(name);
+    static EmptyCaptionKeeper captions;
+    installEventFilter(&captions);
     Forms::add(this);
 }
 

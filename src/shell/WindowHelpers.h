@@ -18,5 +18,9 @@ void FormOnTop(QWidget* form, bool onTop);
 // Brings a window to the front and gives it the focus: nothing for no window or the active
 // one; a minimised window is restored first when `restore` asks.
 void ForceFrontWindow(QWidget* window, bool restore);
+// Shows a window's empty caption as empty on the desktop too. Qt gives a window without a
+// title the application's name; the window's own caption is what the user asked for.
+// Called again whenever Qt writes the title (a new title, a new native window).
+void ShowEmptyCaption(QWidget* window);
 
 }  // namespace cantovel

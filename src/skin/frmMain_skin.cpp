@@ -106,7 +106,10 @@ bool frmMain::applySkin(QString& SkinPath) {
             const QString font = QStringLiteral("Font");
             const QString name =
                 ini.ReadINI(font, QStringLiteral("Name"), QStringLiteral("Tahoma"));
-            const int size = int(CInt(Val(ini.ReadINI(font, QStringLiteral("Size"), 7))));
+            // A size past the integer range overflows: the skin error path.
+            const std::optional<qint16> size =
+                CInt16(Val(ini.ReadINI(font, QStringLiteral("Size"), 7)));
+            if (!size) return false;
             const std::optional<bool> italic =
                 CBool(ini.ReadINI(font, QStringLiteral("Italic"), false));
             if (!italic) return false;
@@ -119,7 +122,7 @@ bool frmMain::applySkin(QString& SkinPath) {
                 ini.ReadINI(font, QStringLiteral("TextColor"), QStringLiteral("FFFFFF")));
             for (int i = 0; i < 4; ++i) {
                 lblTitle[i].FontName = name;
-                lblTitle[i].FontSize = size;
+                lblTitle[i].FontSize = *size;
                 lblTitle[i].FontBold = *bold;
                 lblTitle[i].FontItalic = *italic;
                 if (i > 0) lblTitle[i].ForeColor = shadow;

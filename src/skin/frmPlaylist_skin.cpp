@@ -65,14 +65,17 @@ void frmPlaylist::LoadPlaylistSkin(QString& SkinPath) {
         // long as the fault stands: mending skin.ini while the box shows ends it, and so
         // does closing this window or the program, which ends the box with its owner.
         QPointer<frmPlaylist> self(this);
-        auto readFlag = [&](const char* key, bool defaultValue) -> std::optional<bool> {
+        auto readValue = [&](const char* key, const QString& defaultValue, auto convert) {
             for (;;) {
-                const std::optional<bool> v =
-                    CBool(ini.ReadINI(section, QLatin1String(key), CStr(defaultValue)));
+                const auto v = convert(ini.ReadINI(section, QLatin1String(key), defaultValue));
                 if (v) return v;
                 MsgBoxShow(QStringLiteral("Error..."), Mb::Critical, QString(), self);
-                if (!self || !Forms::all().contains(self.data()) || AppClosing) return std::nullopt;
+                if (!self || !Forms::all().contains(self.data()) || AppClosing)
+                    return decltype(v)();
             }
+        };
+        auto readFlag = [&](const char* key, bool defaultValue) {
+            return readValue(key, CStr(defaultValue), [](const QString& t) { return CBool(t); });
         };
         const std::optional<bool> skinned = readFlag("Skin", true);
         if (!skinned) return;
@@ -80,7 +83,10 @@ void frmPlaylist::LoadPlaylistSkin(QString& SkinPath) {
             // 4.1
             const QString name =
                 ini.ReadINI(section, QStringLiteral("Name"), QStringLiteral("Tahoma"));
-            const int size = int(CInt(Val(ini.ReadINI(section, QStringLiteral("Size"), 7))));
+            // A size past the integer range overflows, as a flag that is no flag does.
+            const std::optional<qint16> size = readValue(
+                "Size", QStringLiteral("7"), [](const QString& t) { return CInt16(Val(t)); });
+            if (!size) return;
             const std::optional<bool> italic = readFlag("Italic", false);
             if (!italic) return;
             const std::optional<bool> bold = readFlag("Bold", false);
@@ -97,7 +103,7 @@ void frmPlaylist::LoadPlaylistSkin(QString& SkinPath) {
             LoadPic(clpButtons, SkinPath + QStringLiteral("buttons-playlist.bmp"));
             // 4.4
             QFont skinFont(name);
-            if (size > 0) skinFont.setPointSize(size);
+            if (*size > 0) skinFont.setPointSize(*size);
             skinFont.setBold(*bold);
             skinFont.setItalic(*italic);
             lstPlayList->setFont(skinFont);

@@ -193,6 +193,23 @@ TEST_F(VideoOutputTest, AQueueKeepsItsPictureOnTopAndOnToTheNextEntryAndItsWindo
         EXPECT_EQ(savedPlace("Video Playlist Viewer Top", "Video Playlist Viewer Left"), place)
             << "cycle " << cycle;
     }
+
+    // Full screen, the window has no caption: none on the desktop either.
+    setting("Playlist Full Screen", QStringLiteral("True"));
+    auto* full = new frmVideoPlaylistView();
+    full->show();
+    ASSERT_TRUE(waitFor([&] { return IsFramed(full); }));
+    QString name;
+    EXPECT_TRUE(waitFor([&] {
+        QProcess p;
+        p.start(QStringLiteral("xprop"),
+                {"-id", QString::number(full->winId()), "_NET_WM_NAME", "WM_NAME"});
+        p.waitForFinished();
+        name = QString::fromLocal8Bit(p.readAllStandardOutput()).simplified();
+        // xprop shows an empty value as nothing at all.
+        return name == QStringLiteral("_NET_WM_NAME(UTF8_STRING) = WM_NAME(STRING) =");
+    }, 5000)) << qPrintable(name);
+    full->unload();
 }
 
 TEST_F(VideoOutputTest, TheVivoPlayerCentresItsPictureAndKeepsItOnTopFullScreenAndAfterRestart) {

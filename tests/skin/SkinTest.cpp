@@ -177,6 +177,11 @@ TEST_F(SkinTest, ABooleanThatDoesNotConvertStopsTheLoad) {
     m.LoadSkin(QString());
     EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmSettings")));
     EXPECT_EQ(m.imgButton[0].rect.size(), QSize(24, 18));
+    // A size past the integer range converts no better.
+    writeIni(dir, "[Font]\nSize=1e300\n");
+    m.LoadSkin(dir);
+    ASSERT_EQ(msgBox().shown.size(), 2);
+    EXPECT_EQ(msgBox().shown[1].text, QString::fromLatin1(SkinError));
 }
 
 TEST_F(SkinTest, ADoubleSizeDigitsStripGivesDoubleCellsAnUnreadableOneNothing) {
