@@ -185,9 +185,17 @@ TEST_F(TrayOnDesktopTest, TheMenuOpensOnTheRightButtonsReleaseNotItsPress) {
     ASSERT_TRUE(waitUntil([&] { return !main->isVisible(); }));
     int presses = 0;
     QObject::connect(&tray().cSysTray1, &cSysTray::MouseDown, [&](int b) { presses += b == 2; });
-    pointAtIcon();
-    xdotool({"mousedown", "3"});
-    ASSERT_TRUE(waitUntil([&] { return presses == 1; }));
+    // The press is given again while the icon has not felt it: on a busy machine the
+    // notification area may still be placing the icon when the first one comes.
+    bool pressed = false;
+    for (int attempt = 0; attempt < 5 && !pressed; ++attempt) {
+        pointAtIcon();
+        xdotool({"mousedown", "3"});
+        pressed = waitUntil([&] { return presses > 0; }, 4000);
+        if (!pressed) xdotool({"mouseup", "3"});
+    }
+    ASSERT_TRUE(pressed);
+    EXPECT_EQ(presses, 1);
     QTest::qWait(200);
     EXPECT_FALSE(tray().mnuPopup->isVisible());
     xdotool({"mouseup", "3"});

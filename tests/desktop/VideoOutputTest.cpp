@@ -200,15 +200,18 @@ TEST_F(VideoOutputTest, AQueueKeepsItsPictureOnTopAndOnToTheNextEntryAndItsWindo
     full->show();
     ASSERT_TRUE(waitFor([&] { return IsFramed(full); }));
     QString name;
-    EXPECT_TRUE(waitFor([&] {
-        QProcess p;
-        p.start(QStringLiteral("xprop"),
-                {"-id", QString::number(full->winId()), "_NET_WM_NAME", "WM_NAME"});
-        p.waitForFinished();
-        name = QString::fromLocal8Bit(p.readAllStandardOutput()).simplified();
-        // xprop shows an empty value as nothing at all.
-        return name == QStringLiteral("_NET_WM_NAME(UTF8_STRING) = WM_NAME(STRING) =");
-    }, 5000)) << qPrintable(name);
+    EXPECT_TRUE(waitFor(
+        [&] {
+            QProcess p;
+            p.start(QStringLiteral("xprop"),
+                    {"-id", QString::number(full->winId()), "_NET_WM_NAME", "WM_NAME"});
+            p.waitForFinished();
+            name = QString::fromLocal8Bit(p.readAllStandardOutput()).simplified();
+            // xprop shows an empty value as nothing at all.
+            return name == QStringLiteral("_NET_WM_NAME(UTF8_STRING) = WM_NAME(STRING) =");
+        },
+        5000))
+        << qPrintable(name);
     full->unload();
 }
 
