@@ -8,7 +8,7 @@
 #include <QProgressBar>
 
 #include "app/Settings.h"
-#include "convert/WriteFailure.h"
+#include "app/WriteFailure.h"
 #include "platform/msgbox/MsgBox.h"
 #include "shell/BrowseForFolder.h"
 #include "shell/DesktopResources.h"

@@ -31,7 +31,7 @@
 #include "app/Utilities.h"
 #include "convert/BitrateMenu.h"
 #include "convert/ProgressShape.h"
-#include "convert/WriteFailure.h"
+#include "app/WriteFailure.h"
 #include "platform/Components.h"
 #include "platform/clock/Clock.h"
 #include "platform/dialogs/FileDialogs.h"

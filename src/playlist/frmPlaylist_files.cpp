@@ -4,6 +4,7 @@
 #include "app/FileNames.h"
 #include "app/Settings.h"
 #include "app/Utilities.h"
+#include "app/WriteFailure.h"
 #include "platform/dialogs/FileDialogs.h"
 #include "platform/msgbox/MsgBox.h"
 #include "player/frmMain.h"
@@ -86,7 +87,11 @@ void frmPlaylist::mnuSave() {
     rememberPlaylist(path);
     setSaved(true);
     frmMain* main = frmMain::instance();
-    PlaylistFile::WritePlaylist(path, main ? main->List1 : QStringList());
+    // A list the disk refused is not saved, and the user is told.
+    if (!PlaylistFile::WritePlaylist(path, main ? main->List1 : QStringList())) {
+        setSaved(false);
+        MsgBoxShow(writeFailureText(path, QString()), Mb::Critical);
+    }
 }
 
 void frmPlaylist::mnuLoad() {

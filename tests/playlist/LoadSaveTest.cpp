@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include "PlaylistTest.h"
+#include "app/WriteFailure.h"
 #include "platform/dialogs/QtFileDialogs.h"
 
 using namespace cantovel;
@@ -96,6 +97,15 @@ TEST_F(LoadSaveTest, ANameTypedWithoutExtensionTakesTheChosenType) {
     QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier);
     ASSERT_TRUE(typed);
     EXPECT_EQ(bytes(tempDir() + "/mine.m3u"), (s.join("\r\n") + "\r\n").toLocal8Bit());
+}
+
+TEST_F(LoadSaveTest, AListTheDiskRefusesIsToldAndStaysUnsaved) {
+    rows(songs(2));
+    const QString path = saveAs("gone/list.ply");
+    ASSERT_EQ(msgBox().texts().size(), 1);
+    EXPECT_EQ(msgBox().texts()[0], writeFailureText(path, QString()));
+    EXPECT_FALSE(QFile::exists(path));
+    EXPECT_FALSE(main->PlaylistSaved);
 }
 
 TEST_F(LoadSaveTest, LoadingOverAnUnsavedListOffersToSaveFirst) {

@@ -1,5 +1,6 @@
 #pragma once
-// The one text of a conversion whose output could not be written: which file, and why.
+// The one text of an output that could not be written (a conversion, a playlist): which
+// file, and why.
 
 #include <QString>
 
