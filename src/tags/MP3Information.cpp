@@ -29,7 +29,11 @@ void ShowMP3Information(clsMP3& mp3, const QString& currentFile) {
     }
     // A field the tag leaves empty shows as nothing behind its label.
     mp3.setFileName(currentFile);
-    MsgBoxShow(MP3InformationText(mp3, parts.file), Mb::Information | Mb::SetForeground);
+    // The fields keep a tag's NUL padding; the box leaves it out, where it would show as
+    // rows of boxes.
+    QString text = MP3InformationText(mp3, parts.file);
+    text.remove(QChar(u'\0'));
+    MsgBoxShow(text, Mb::Information | Mb::SetForeground);
 }
 
 }  // namespace cantovel

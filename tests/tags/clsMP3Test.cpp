@@ -84,7 +84,7 @@ TEST_F(ID3Test, FieldsKeepLeadingBlanksAndNulsAndReadAsTheWindowsCodePage) {
 
 TEST_F(ID3Test, InformationBoxShowsTheFreshTagOrRefusesWhatIsNoMp3) {
     const QString path =
-        write("Some Song.MP3", tag({"Title", "Artist", "", "1987", "Comment"}, 147));
+        write("Some Song.MP3", tag({"Title", "Artist", "", "1987", "Comment"}, 147, '\0'));
     ShowMP3Information(mp3, path);
     ASSERT_EQ(msgBox().shown.size(), 1);
     const ShownBox& box = msgBox().shown[0];
