@@ -49,9 +49,8 @@ void registerProductionComponents() {
     Components::provideFactory<CDReader>([] { return std::make_unique<CdioCDReader>(); });
     Components::provideFactory<TrackExtractor>(
         [] { return std::make_unique<ParanoiaTrackExtractor>(); });
-    // Playlist: the editor, the queue's picture window, and the main window's recent files.
-    Components::provideFactory<PlaylistView>([] { return std::make_unique<frmPlaylist>(); });
-    Components::provideFactory<QueueView>([] { return std::make_unique<frmVideoPlaylistView>(); });
+    registerProgramWindows();
+    // The main window's recent files.
     Components::provideFactory<MruList>([] {
         auto mru = std::make_unique<CMRU>();
         mru->RootKey = RegRoot::LocalMachine;
@@ -65,12 +64,16 @@ void registerProductionComponents() {
         mru->GetMRUList();
         return mru;
     });
-    // Video windows.
+    Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
+    Components::provideFactory<VideoCdDevice>([] { return std::make_unique<CdioVideoCdDevice>(); });
+}
+
+void registerProgramWindows() {
+    Components::provideFactory<PlaylistView>([] { return std::make_unique<frmPlaylist>(); });
+    Components::provideFactory<QueueView>([] { return std::make_unique<frmVideoPlaylistView>(); });
     Components::provideFactory<VideoPlayerWindow>(
         [] { return std::make_unique<frmVideoPlayer>(); });
     Components::provideFactory<VivoPlayerWindow>([] { return std::make_unique<frmVivoPlayer>(); });
-    Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
-    Components::provideFactory<VideoCdDevice>([] { return std::make_unique<CdioVideoCdDevice>(); });
 }
 
 }  // namespace cantovel

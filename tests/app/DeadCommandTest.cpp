@@ -10,6 +10,7 @@
 #include <QSet>
 
 #include "app/Forms.h"
+#include "app/ProductionComponents.h"
 #include "cd/frmCDDBMain.h"
 #include "cd/frmCDPlayer.h"
 #include "convert/frmBatchConvert.h"
@@ -120,13 +121,7 @@ class DeadCommandTest : public AppTest {
         FakeTrackExtractor::install();
         Components::provideFactory<MciDevice>([] { return std::make_unique<FakeMciDevice>(); });
         // The program's own windows, not stand-ins.
-        Components::provideFactory<PlaylistView>([] { return std::make_unique<frmPlaylist>(); });
-        Components::provideFactory<QueueView>(
-            [] { return std::make_unique<frmVideoPlaylistView>(); });
-        Components::provideFactory<VideoPlayerWindow>(
-            [] { return std::make_unique<frmVideoPlayer>(); });
-        Components::provideFactory<VivoPlayerWindow>(
-            [] { return std::make_unique<frmVivoPlayer>(); });
+        registerProgramWindows();
     }
     void TearDown() override {
         UnloadAllForms();

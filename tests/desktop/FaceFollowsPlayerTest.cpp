@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include "app/Forms.h"
+#include "app/ProductionComponents.h"
 #include "app/SubMain.h"
 #include "platform/Components.h"
 #include "platform/clock/QtClock.h"
@@ -55,13 +56,8 @@ class FaceFollowsPlayerTest : public AppTest {
         FakeCDReader::install();
         Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
         Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
-        Components::provideFactory<PlaylistView>([] { return std::make_unique<frmPlaylist>(); });
-        Components::provideFactory<QueueView>(
-            [] { return std::make_unique<frmVideoPlaylistView>(); });
-        Components::provideFactory<VideoPlayerWindow>(
-            [] { return std::make_unique<frmVideoPlayer>(); });
-        Components::provideFactory<VivoPlayerWindow>(
-            [] { return std::make_unique<frmVivoPlayer>(); });
+        // The program's own windows, not stand-ins.
+        registerProgramWindows();
         ASSERT_EQ(SubMain({QStringLiteral("cantovel")}), -1);
         main = frmMain::instance();
         ASSERT_TRUE(main && QTest::qWaitForWindowExposed(main));

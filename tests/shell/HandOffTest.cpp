@@ -34,12 +34,7 @@ class HandOffTest : public AppTest {
         FakeMediaPlayer::install();
     }
     void TearDown() override {
-        UnloadAllForms();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        // The main window's unload ends the application's loop, which with none running
-        // would end every later loop of this process at once; a loop of its own takes it.
-        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
-        QCoreApplication::exec();
+        unloadTheProgram();
         AppTest::TearDown();
     }
     // Starts use scripted links that report what they sent.

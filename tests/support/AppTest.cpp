@@ -1,8 +1,11 @@
 #include "support/AppTest.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QTimer>
 
+#include "app/Forms.h"
 #include "platform/Components.h"
 
 namespace cantovel::test {
@@ -32,6 +35,13 @@ void AppTest::SetUp() {
     Components::provideService<MsgBox>(msgBox_);
     Components::provideService<Clock>(clock_);
     Components::provideService<Registry>(registry_);
+}
+
+void AppTest::unloadTheProgram() {
+    UnloadAllForms();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
 }
 
 void AppTest::TearDown() {

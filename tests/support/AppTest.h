@@ -30,6 +30,10 @@ class AppTest : public ::testing::Test {
     RegistryStore& registry() { return *registry_; }
     // A fresh folder for the test's own files.
     QString tempDir() const { return root_.path() + QStringLiteral("/files"); }
+    // Unloads every window of a program that ran through its start. The main window's
+    // unload ends the application's loop, which with none running would end every later
+    // loop of this process at once: a loop of its own takes it.
+    static void unloadTheProgram();
 
   private:
     void pointEnv(const char* name, const QString& folder);
