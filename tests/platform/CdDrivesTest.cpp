@@ -1,11 +1,15 @@
-// The CD drive layer on disc images that libcdio opens as drives.
+// The CD drive layer and the CD audio device over libcdio, on disc images it opens as drives.
 
 #include <QDir>
 #include <QFile>
 
+#include "cd/CdBase.h"
 #include "cd/CdTrackFolders.h"
+#include "platform/Components.h"
 #include "platform/cddrives/CdaFile.h"
 #include "platform/cddrives/LibcdioCdDrives.h"
+#include "platform/clock/QtClock.h"
+#include "platform/mci/CdioMciDevice.h"
 #include "support/AppTest.h"
 #include "support/DiscImage.h"
 #include "support/ScopedEnv.h"
@@ -38,6 +42,14 @@ TEST_F(CdDrivesTest, ImagesFromTheSettingsComeBeforeThoseOfTheEnvironment) {
     EXPECT_EQ(second.Letter.unicode(), first.Letter.unicode() + 1);
     EXPECT_EQ(first.Name, "b.cue");
     EXPECT_GE(first.Letter, QChar('D'));
+
+    // The file dialogs offer the track folder of each drive with a disc, in drive order.
+    Components::provideService<CdDrives>(std::make_shared<LibcdioCdDrives>());
+    const QStringList folders{drives.TrackFolder(first.Letter), drives.TrackFolder(second.Letter)};
+    EXPECT_EQ(CdTrackFolders(), folders);
+    EXPECT_EQ(QDir(folders[0]).entryList(QDir::Files), QStringList{"Track01.cda"});
+    QFile::remove(b.cuePath());
+    EXPECT_EQ(CdTrackFolders(), QStringList{folders[1]});
 }
 
 TEST_F(CdDrivesTest, TrackFolderHoldsOneCdaFilePerAudioTrack) {
@@ -101,22 +113,6 @@ TEST_F(CdDrivesTest, ADifferentDiscGetsADifferentSerialAndNoDiscNoStaleTracks) {
     EXPECT_TRUE(drives.TrackFolder('Z').isEmpty());
 }
 
-// What the file dialogs offer: the track folder of each drive with a disc, and nothing for
-// a drive whose disc went.
-TEST_F(CdDrivesTest, DialogsOfferTheTrackFoldersOfTheDiscsInTheDrives) {
-    Components::provideService<CdDrives>(std::make_shared<LibcdioCdDrives>());
-    const DiscImage first = DiscImage::buildSeconds(tempDir() + "/a", {4});
-    const DiscImage second = DiscImage::buildSeconds(tempDir() + "/b", {4, 4});
-    env.set("CANTOVEL_CD_IMAGES", first.cuePath() + ":" + second.cuePath());
-    const QStringList folders = CdTrackFolders();
-    ASSERT_EQ(folders.size(), 2);
-    EXPECT_EQ(QDir(folders[0]).entryList(QDir::Files), QStringList{"Track01.cda"});
-    EXPECT_EQ(QDir(folders[1]).entryList(QDir::Files), (QStringList{"Track01.cda", "Track02.cda"}));
-
-    QFile::remove(first.cuePath());
-    EXPECT_EQ(CdTrackFolders(), QStringList{folders[1]});
-}
-
 TEST(CdaFileTest, RejectsWhatIsNotACdAudioTrack) {
     EXPECT_FALSE(CdaFile::fromBytes(QByteArray(44, 'x')));
     QByteArray wave = CdaFile::fromSectors(1, 2, 3, 4).toBytes();
@@ -124,6 +120,60 @@ TEST(CdaFileTest, RejectsWhatIsNotACdAudioTrack) {
     EXPECT_FALSE(CdaFile::fromBytes(wave));
     EXPECT_FALSE(CdaFile::fromBytes(CdaFile::fromSectors(1, 2, 3, 4).toBytes().left(40)));
     EXPECT_FALSE(CdaFile::read("/nonexistent/Track01.cda"));
+}
+
+class CdioMciDeviceTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        env.set("CANTOVEL_AO", QByteArray("null"));
+        disc = DiscImage::buildSeconds(tempDir(), {20, 30, 10});
+        ASSERT_TRUE(disc.ok());
+    }
+    ScopedEnv env;
+    DiscImage disc;
+};
+
+TEST_F(CdioMciDeviceTest, TracksInMsfFromTheLeadInWithTheLastOneFrameShort) {
+    CdioMciDevice mci(disc.cuePath());
+    EXPECT_EQ(mci.Mode(), MciDevice::mciModeNotOpen);
+    EXPECT_EQ(mci.Tracks(), 0);
+    mci.setCommand("Open");
+    EXPECT_EQ(mci.Mode(), MciDevice::mciModeStop);
+    ASSERT_EQ(mci.Tracks(), 3);
+    mci.setTrack(1);
+    EXPECT_EQ(mci.TrackPosition(), FramesToMsf(150));
+    EXPECT_EQ(mci.TrackLength(), FramesToMsf(20 * 75));
+    mci.setTrack(3);
+    EXPECT_EQ(MsfToFrames(mci.TrackPosition()), 150 + 50 * 75);
+    EXPECT_EQ(MsfToFrames(mci.TrackLength()), 10 * 75 - 1);
+    EXPECT_EQ(mci.Position(), FramesToMsf(150));
+    mci.setCommand("Next");
+    EXPECT_EQ(MsfToFrames(mci.Position()), 150 + 20 * 75);
+    mci.setCommand("Eject");
+    EXPECT_EQ(mci.Mode(), MciDevice::mciModeReady);
+    mci.setCommand("Close");
+    EXPECT_EQ(mci.Mode(), MciDevice::mciModeNotOpen);
+}
+
+TEST_F(CdioMciDeviceTest, PlayingATrackMovesThePositionAndPauseHoldsIt) {
+    Components::provideService<Clock>(std::make_shared<QtClock>());
+    CdioMciDevice mci(disc.cuePath());
+    mci.setCommand("Open");
+    mci.setTrack(2);
+    mci.setFrom(mci.TrackPosition());
+    mci.setTo(FramesToMsf(MsfToFrames(mci.TrackPosition()) + 75 * 5));
+    mci.setCommand("Play");
+    EXPECT_EQ(mci.Mode(), MciDevice::mciModePlay);
+    Clock::get().wait(5000, [&] { return MsfToFrames(mci.Position()) > 150 + 20 * 75 + 30; });
+    const qint64 at = MsfToFrames(mci.Position());
+    EXPECT_GT(at, 150 + 20 * 75);
+    EXPECT_LT(at, 150 + 25 * 75);
+    mci.setCommand("Pause");
+    EXPECT_EQ(mci.Mode(), MciDevice::mciModePause);
+    mci.setCommand("Stop");
+    EXPECT_EQ(mci.Mode(), MciDevice::mciModeStop);
+    EXPECT_GE(MsfToFrames(mci.Position()), at);
 }
 
 }  // namespace

@@ -133,21 +133,6 @@ TEST_F(LameMp3EncoderTest, RefusesWhatIsNotSound) {
               QStringList());
 }
 
-TEST_F(LameMp3EncoderTest, AFullDestinationEndsTheRunWithTheWriteFailure) {
-    ASSERT_TRUE(writeTone(path("a.wav"), 10.0, 44100, 2));
-    // A disc that fills midway keeps the output as far as it was written.
-    const QString out = path("a.mp3");
-    const qint64 limit = 20000;
-    const int code = runWithFileSizeLimit(limit, [&] {
-        EncoderUnderTest t;
-        if (!t.encode(path("a.wav"), out)) return 2;
-        return t.encoder->WriteFailed() && t.done == 1 ? 0 : 1;
-    });
-    EXPECT_EQ(code, 0);
-    EXPECT_GT(QFileInfo(out).size(), 0);
-    EXPECT_LE(QFileInfo(out).size(), limit);
-}
-
 TEST_F(LameMp3EncoderTest, StopEndsTheRunWithoutAnEndEventAndKeepsTheOutput) {
     ASSERT_TRUE(writeTone(path("long.wav"), 60.0, 44100, 2));
     ASSERT_TRUE(writeTone(path("short.wav"), 0.5, 44100, 2));

@@ -87,47 +87,18 @@ TEST_F(HandOffTest, TheHandOffModeSendsThePathInTheAssociationsCommandOrSaysWhyN
     EXPECT_EQ(frmMain::instance(), nullptr);
 }
 
-TEST_F(HandOffTest,
-       WithNoInstanceRunningTheHandOffStartsWithThePathAndLaterOnesAreRefusedOrRestore) {
-    fakeLinks(false);
-    const QString first = song("First Song.wav");
-    EXPECT_EQ(SubMain({"cantovel", "--hand-off", first}), -1);
-    frmMain* main = frmMain::instance();
-    ASSERT_NE(main, nullptr);
-    EXPECT_TRUE(sent.isEmpty());
-    EXPECT_EQ(main->CurrentFile, first);
-    EXPECT_EQ(MP().fileName(), first);
-
-    main->showMinimized();
-    auto* link = static_cast<FakeInstanceLink*>(RunningInstanceLink());
-    ASSERT_NE(link, nullptr);
-    link->deliver(u'"' + tempDir() + "/Gone.mp3\"");
-    EXPECT_FALSE(main->isMinimized());
-    // The file of the moment stays current; the lists were replaced and then emptied by
-    // the player's refusal.
-    EXPECT_EQ(main->CurrentFile, first);
-    EXPECT_TRUE(main->List1.isEmpty());
-    EXPECT_EQ(msgBox().texts(),
-              QStringList{"An error occurred attempting to load \"Gone.mp3\".  The file is most "
-                          "likely corrupt, invalid, or an unsupported format."});
-    // An empty command only restores.
-    msgBox().reset();
-    main->showMinimized();
-    link->deliver(QString());
-    EXPECT_FALSE(main->isMinimized());
-    EXPECT_TRUE(msgBox().shown.isEmpty());
-}
-
 // Two starts over the real link, in one process: the second hands over and ends.
-TEST_F(HandOffTest, ThroughTheRealLinkASecondStartPlaysItsFileInTheFirst) {
+TEST_F(HandOffTest, ThroughTheRealLinkAHandOffStartsTheFirstAndLaterOnesPlayInItOrRestoreIt) {
     // A link folder of its own: other programs' tests on this machine use the shared one.
     const QString folder = tempDir() + "/link";
     Components::provideFactory<InstanceLink>(
         [folder] { return std::make_unique<LocalInstanceLink>(folder); });
-    const QString first = song("First.wav");
-    ASSERT_EQ(SubMain({"cantovel", first}), -1);
+    const QString first = song("First Song.wav");
+    ASSERT_EQ(SubMain({"cantovel", "--hand-off", first}), -1);
     frmMain* main = frmMain::instance();
     ASSERT_NE(main, nullptr);
+    EXPECT_NE(RunningInstanceLink(), nullptr);
+    EXPECT_EQ(main->CurrentFile, first);
     ASSERT_EQ(MP().fileName(), first);
 
     // A plain second start only brings the first to the front.
@@ -137,11 +108,22 @@ TEST_F(HandOffTest, ThroughTheRealLinkASecondStartPlaysItsFileInTheFirst) {
     EXPECT_EQ(main->List1, QStringList{first});
     EXPECT_EQ(MP().fileName(), first);
 
+    // A file the player refuses: the window comes to the front with the message, the file of
+    // the moment stays current and the lists, replaced, are emptied by the refusal.
+    main->showMinimized();
+    EXPECT_EQ(SubMain({"cantovel", "--hand-off", tempDir() + "/Gone.mp3"}), 0);
+    EXPECT_TRUE(waitUntil([&] { return !msgBox().shown.isEmpty(); }));
+    EXPECT_FALSE(main->isMinimized());
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"An error occurred attempting to load \"Gone.mp3\".  The file is most "
+                          "likely corrupt, invalid, or an unsupported format."});
+    EXPECT_EQ(main->CurrentFile, first);
+    EXPECT_TRUE(main->List1.isEmpty());
+
     const QString second = song("Second Song.wav");
     EXPECT_EQ(SubMain({"cantovel", "--hand-off", second}), 0);
     EXPECT_TRUE(waitUntil([&] { return MP().fileName() == second; }));
     EXPECT_EQ(main->CurrentFile, second);
     EXPECT_EQ(main->List1, QStringList{second});
     EXPECT_EQ(MP().PlayState(), MediaPlayer::mpPlaying);
-    EXPECT_TRUE(msgBox().shown.isEmpty());
 }

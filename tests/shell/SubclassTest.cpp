@@ -54,6 +54,23 @@ TEST(Subclass, HookingFollowsHWndAndReportsOnlyTheWatchedMessages) {
     Subclass s;
     Recorder r(s);
     EXPECT_EQ(s.CallWndProc(Wm::SIZE, 0, 0), 0);  // no window
+    // A menu of the window raises INITMENUPOPUP with the menu; one elsewhere nothing.
+    QMenu* menu = new QMenu(w.get());
+    menu->addAction("&Close");
+    QMenu elsewhere;
+    elsewhere.addAction("x");
+    s.setHWnd(w.get());
+    s.setMessages(Wm::INITMENUPOPUP, true);
+    menu->popup(QPoint(110, 110));
+    elsewhere.popup(QPoint(110, 110));
+    ASSERT_EQ(r.messages(), QList<quint32>({Wm::INITMENUPOPUP}));
+    EXPECT_EQ(r.seen[0].wParam, reinterpret_cast<qintptr>(menu));
+    menu->close();
+    elsewhere.close();
+    s.setMessages(Wm::INITMENUPOPUP, false);
+    s.setHWnd(nullptr);
+    r.seen.clear();
+
     s.setMessages(Wm::MOVE, true);
     s.setMessages(Wm::SIZE, true);
     s.setMessages(Wm::MOVE, true);
@@ -130,22 +147,4 @@ TEST(Subclass, ADropReachesWndProcWithItsPathsInOrder) {
 
     s.setMessages(Wm::DROPFILES, false);
     EXPECT_FALSE(list.acceptDrops());
-}
-
-TEST(Subclass, OpeningAMenuOfTheWindowNotAnotherRaisesInitMenuPopup) {
-    auto w = frameless();
-    QMenu* menu = new QMenu(w.get());
-    menu->addAction("&Close");
-    QMenu elsewhere;
-    elsewhere.addAction("x");
-    Subclass s;
-    Recorder r(s);
-    s.setHWnd(w.get());
-    s.setMessages(Wm::INITMENUPOPUP, true);
-    menu->popup(QPoint(110, 110));
-    elsewhere.popup(QPoint(110, 110));
-    ASSERT_EQ(r.messages(), QList<quint32>({Wm::INITMENUPOPUP}));
-    EXPECT_EQ(r.seen[0].wParam, reinterpret_cast<qintptr>(menu));
-    menu->close();
-    elsewhere.close();
 }
