@@ -48,8 +48,9 @@ class LifetimeTest : public AppTest {
         Components::provideService<Mixer>(std::make_shared<FakeMixer>());
         Components::provideService<Shell>(std::make_shared<FakeShell>());
         Components::provideService<FileDialogs>(std::make_shared<FakeFileDialogs>());
+        // A link folder of its own: other programs' tests on this machine use the shared one.
         Components::provideFactory<InstanceLink>(
-            [] { return std::make_unique<LocalInstanceLink>(); });
+            [this] { return std::make_unique<LocalInstanceLink>(linkFolder()); });
         FakeCDReader::install();
         FakeQueueView::install();
         FakeVideoPlayerWindow::install();
@@ -61,6 +62,7 @@ class LifetimeTest : public AppTest {
         AppTest::TearDown();
     }
 
+    QString linkFolder() const { return tempDir() + QStringLiteral("/link"); }
     QString file(const QString& name, const QByteArray& content = "data") {
         const QString path = tempDir() + u'/' + name;
         EXPECT_TRUE(writeBytes(path, content));
@@ -93,8 +95,7 @@ class LifetimeTest : public AppTest {
     // Hands a path over from a later start, without waiting for the answer.
     void handOver(const QString& path) {
         auto* socket = new QLocalSocket(qApp);
-        socket->connectToServer(qEnvironmentVariable("XDG_RUNTIME_DIR") +
-                                QStringLiteral("/cantovel.socket"));
+        socket->connectToServer(linkFolder() + QStringLiteral("/cantovel.socket"));
         socket->write(path.toUtf8() + '\n');
         socket->flush();
     }

@@ -88,22 +88,3 @@ TEST_F(SettingsTest, FailedWritesAndDeletesShowTheirMessages) {
         EXPECT_EQ(box.icon(), Mb::Exclamation);
     }
 }
-
-TEST_F(SettingsTest, DeleteValueAndNestedKeys) {
-    const QString app = "Software\\Brightfen\\Test";
-    ASSERT_TRUE(WriteRegValue(HKCU, app + "\\A\\B\\C", "x", "1"));
-    ASSERT_TRUE(WriteRegValue(HKCU, app + "\\A\\D", "y", "2"));
-    ASSERT_TRUE(WriteRegValue(HKCU, app + "\\A", "z", "3"));
-    ASSERT_TRUE(WriteRegValue(HKCU, app, "keep", "4"));
-
-    EXPECT_TRUE(DeleteRegValue(HKCU, app + "\\A", "Z"));
-    EXPECT_EQ(ReadRegValue(HKCU, app + "\\A", "z", "gone"), "gone");
-    EXPECT_FALSE(DeleteRegValue(HKCU, app + "\\A", "z"));
-
-    EXPECT_TRUE(DeleteRegKey(HKCU, app + "\\a", false));
-    EXPECT_FALSE(registry().keyExists(HKCU, app + "\\A"));
-    EXPECT_EQ(ReadRegValue(HKCU, app, "keep", ""), "4");
-
-    EXPECT_FALSE(DeleteRegKey(HKCU, app + "\\A", true));
-    EXPECT_TRUE(msgBox().shown.isEmpty());
-}

@@ -1,22 +1,19 @@
-// Start-up and shutdown of the application: the single-instance decision, the main
-// window's load and its closing.
+// Start-up and shutdown of the application: the main window's load from the settings and
+// the mixer, and what its closing writes back.
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QPointer>
 #include <QScreen>
-#include <QTimer>
 
 #include "app/AppState.h"
-#include "app/Form.h"
 #include "app/Forms.h"
 #include "app/Settings.h"
 #include "app/SubMain.h"
 #include "platform/Components.h"
+#include "platform/instance/LocalInstanceLink.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
 #include "support/AppTest.h"
-#include "support/FakeInstanceLink.h"
 #include "support/FakeMediaPlayer.h"
 #include "support/FakeMixer.h"
 
@@ -31,17 +28,9 @@ class StartupTest : public AppTest {
         AppTest::SetUp();
         mixer = std::make_shared<FakeMixer>();
         Components::provideService<Mixer>(mixer);
-        Components::provideFactory<InstanceLink>([this] {
-            auto l = std::make_unique<FakeInstanceLink>();
-            l->otherRunning = otherRunning;
-            l->failWith = linkError;
-            l->onExecute = [this](const QString& c, int t) {
-                sent << c;
-                sentTimeout = t;
-            };
-            lastLink = l.get();
-            return l;
-        });
+        const QString folder = tempDir() + "/link";
+        Components::provideFactory<InstanceLink>(
+            [folder] { return std::make_unique<LocalInstanceLink>(folder); });
     }
     void TearDown() override {
         closeAll();
@@ -51,58 +40,22 @@ class StartupTest : public AppTest {
         UnloadAllForms();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
-    frmMain* start(const QString& arg = {}) {
-        QStringList args{QStringLiteral("cantovel")};
-        if (!arg.isEmpty()) args << arg;
-        EXPECT_EQ(SubMain(args), -1);
+    frmMain* start() {
+        // A main window closed before must be gone, and with it its hold on the link.
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_EQ(SubMain({QStringLiteral("cantovel")}), -1);
         return frmMain::instance();
     }
 
     std::shared_ptr<FakeMixer> mixer;
-    bool otherRunning = false;
-    QString linkError;
-    FakeInstanceLink* lastLink = nullptr;  // gone once a second start ends
-    QStringList sent;
-    int sentTimeout = 0;
-};
-
-// Records the order in which forms unload.
-class Recorder : public Form {
-  public:
-    Recorder(const QString& name, QStringList* log) : Form(name), log_(log) {}
-
-  protected:
-    bool unloadEvent() override {
-        *log_ << formName();
-        return false;
-    }
-
-  private:
-    QStringList* log_;
 };
 
 }  // namespace
-
-TEST_F(StartupTest, SecondStartRestoresTheFirstOrSaysWhyNotAndEnds) {
-    otherRunning = true;
-    EXPECT_EQ(SubMain({QStringLiteral("cantovel"), QStringLiteral("/some/file.mp3")}), 0);
-    EXPECT_EQ(sent, QStringList{QStringLiteral("[Restore App]")});
-    EXPECT_EQ(frmMain::instance(), nullptr);
-
-    // A failed link says so and still ends.
-    linkError = QStringLiteral("the running instance did not answer");
-    EXPECT_EQ(SubMain({QStringLiteral("cantovel")}), 0);
-    ASSERT_EQ(msgBox().shown.size(), 1);
-    EXPECT_EQ(msgBox().shown[0].text,
-              "An error occurred attempting to communicate with Cantovel: the running instance "
-              "did not answer");
-}
 
 TEST_F(StartupTest, FirstStartLoadsTheCaptionlessWindowWithDefaultsAndNoMessage) {
     mixer->present = false;
     frmMain* main = start();
     ASSERT_TRUE(main);
-    EXPECT_TRUE(lastLink->listening);
     EXPECT_FALSE(main->windowFlags() & Qt::WindowStaysOnTopHint);
     EXPECT_TRUE(main->isVisible());
     // Missing settings and no mixer give every default, silently.
@@ -115,10 +68,6 @@ TEST_F(StartupTest, FirstStartLoadsTheCaptionlessWindowWithDefaultsAndNoMessage)
     for (auto* t :
          {&main->Timer1, &main->Timer2, &main->Timer3, &main->CDR_Timer, &main->tmrVolume})
         EXPECT_FALSE(t->isEnabled());
-    // The restore command brings back a minimised window.
-    main->showMinimized();
-    lastLink->deliver("[Restore App]");
-    EXPECT_FALSE(main->isMinimized());
     // A path with blanks comes as one.
     EXPECT_EQ(CommandLineOf({"cantovel", "/music/my", "song.mp3"}), "/music/my song.mp3");
 }
@@ -165,23 +114,4 @@ TEST_F(StartupTest, ThePositionIsWrittenAtCloseAndUsedOnlyWithPositionOn) {
     main = start();
     EXPECT_EQ(main->pos(), QPoint(int(1500 / tpp), int(750 / tpp)));
     EXPECT_TRUE(main->windowFlags() & Qt::WindowStaysOnTopHint);
-}
-
-// With the program's event loop running, closing the main window ends it: every way out
-// (close box, Alt+F4, Exit) comes through the window's unload, which closes every other form,
-// last first.
-TEST_F(StartupTest, UnloadingTheMainWindowClosesEveryFormAndEndsTheRunningEventLoop) {
-    QStringList log;
-    frmMain* main = start();
-    new Recorder("frmFirst", &log);
-    new Recorder("frmSecond", &log);
-    QTimer::singleShot(0, main, [main] { main->unload(); });
-    // Should the loop not end, this ends it with a code the test sees.
-    QTimer guard;
-    guard.setSingleShot(true);
-    QObject::connect(&guard, &QTimer::timeout, [] { QCoreApplication::exit(7); });
-    guard.start(5000);
-    EXPECT_EQ(QCoreApplication::exec(), 0);
-    EXPECT_EQ(log, (QStringList{"frmSecond", "frmFirst"}));
-    EXPECT_EQ(Forms::count(), 0);
 }

@@ -47,34 +47,6 @@ TEST_F(KeysTest, AltLettersAndClicksOpenTheMenusBelowTheirWords) {
     EXPECT_TRUE(temp().mnuConversions->isVisible());
 }
 
-TEST_F(KeysTest, TheMenusAdaptToWhatIsLoaded) {
-    frmMain& m = load();
-    m.CurrentFile = QStringLiteral("/music/song.MP3");
-    m.lblmnuFile_Click();
-    EXPECT_TRUE(temp().mnuMP3Info->isEnabled());
-    temp().mnuFile->hide();
-    Form playlist(QStringLiteral("frmPlaylist"));
-    m.CurrentFile = QStringLiteral("/music/song.wav");
-    m.lblmnuFile_Click();
-    EXPECT_FALSE(temp().mnuMP3Info->isEnabled());
-    EXPECT_TRUE(temp().mnuPlaylist->isChecked());
-    temp().mnuFile->hide();
-
-    m.lblmnuPlayBack_Click();
-    EXPECT_FALSE(temp().mnuStop->isEnabled());
-    temp().mnuPlayback->hide();
-    m.List1 = QStringList{QStringLiteral("/a.mp3"), QStringLiteral("/b.mp3")};
-    m.PlaylistRunning = VTrue;
-    m.PlayQueue = m.List1;
-    m.lblmnuPlayBack_Click();
-    EXPECT_TRUE(temp().mnuPlayCurrent->isEnabled() && temp().mnuSeekPrev->isEnabled());
-    temp().mnuPlayback->hide();
-    m.PlaylistRunning = VFalse;
-    m.CurrentFile = QStringLiteral("/cd/D/Track03.cda");
-    m.lblmnuPlayBack_Click();
-    EXPECT_TRUE(temp().mnuSeekNext->isEnabled());
-}
-
 TEST_F(KeysTest, KeysRollUpShowSettingsAndThePositionAndOthersSayNothing) {
     frmMain& m = load();
     key(m, Qt::Key_R, Qt::ControlModifier);

@@ -37,23 +37,6 @@ class PlayerMpvTest : public PlayerTest {
     QStringList ended;  // files whose play reached their end, in order
 };
 
-TEST_F(PlayerMpvTest, AWavAndAFlacOpenWithTheirLengthsAndTheEndReturnsToIdle) {
-    const QString wav = path(QStringLiteral("Tone.wav")), flac = path(QStringLiteral("Tone.flac"));
-    ASSERT_TRUE(writeTone(wav, 3.0));
-    ASSERT_TRUE(writeTone(flac, 2.0, 44100, 2, SF_FORMAT_FLAC | SF_FORMAT_PCM_16));
-    for (const auto& [file, seconds] : {std::pair{wav, 3}, std::pair{flac, 2}}) {
-        openByDialog(file);
-        EXPECT_TRUE(msgBox().shown.isEmpty());
-        EXPECT_EQ(main->TrackLength, seconds);
-        EXPECT_EQ(main->TitleText(), QFileInfo(file).fileName());
-        ASSERT_TRUE(RealMpv::waitFor([&] { return temp->mnuPlay->text() == "&Open..."; }));
-        EXPECT_EQ(ended.value(ended.size() - 1), file);
-        EXPECT_EQ(main->CurrentFile, file);
-        EXPECT_FALSE(main->Timer3.isEnabled());
-        EXPECT_TRUE(temp->mnuPlayCurrent->isEnabled());
-    }
-}
-
 TEST_F(PlayerMpvTest, DamagedTruncatedAndEmptyFilesGiveTheMessageAndNoUserFileIsTouched) {
     const QString wav = path(QStringLiteral("Whole.wav"));
     ASSERT_TRUE(writeTone(wav, 1.0));

@@ -47,8 +47,7 @@ class PlayerTest : public AppTest {
         if (auto* mp = dynamic_cast<FakeMediaPlayer*>(temp->MP.get())) mp->calls.clear();
     }
     void TearDown() override {
-        UnloadAllForms();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        unloadTheProgram();
         AppTest::TearDown();
     }
 

@@ -22,25 +22,6 @@ class SessionTest : public PlayerTest {
     FakeCDReader& reader() { return *FakeCDReader::instances().last(); }
 };
 
-TEST_F(SessionTest, QueuePlaysAudioHiddenFilmsInItsWindowAndPassesOverAMov) {
-    const QString a = media("a.mp3"), b = media("b.mov"), c = media("c.avi"), d = media("d.wav");
-    run({a, b, c, d});
-    EXPECT_EQ(playing(AM()), a);
-    EXPECT_FALSE(queueWindowShows());
-    EXPECT_EQ(main->TitleText(), QStringLiteral("a.mp3"));
-    EXPECT_GE(clock().msecs(), 2000);  // the gap before an audio entry
-
-    const qint64 before = clock().msecs();
-    AM()->playToEnd();
-    EXPECT_EQ(AM()->fileName(), c);
-    EXPECT_EQ(clock().msecs(), before);  // no gap before a film
-    EXPECT_TRUE(queueWindowShows());
-    EXPECT_EQ(main->TitleText(), QStringLiteral("c.avi"));
-    AM()->playToEnd();
-    EXPECT_EQ(AM()->fileName(), d);
-    EXPECT_FALSE(queueWindowShows());
-}
-
 TEST_F(SessionTest, AStopInsideTheGapIsUndoneWhenTheGapEnds) {
     const QString a = media(QStringLiteral("a.mp3")), b = media(QStringLiteral("b.mp3"));
     run({a, b});
@@ -63,7 +44,14 @@ TEST_F(SessionTest, AStopInsideTheGapIsUndoneWhenTheGapEnds) {
 TEST_F(SessionTest, TheLastEntryEndsTheRunUnlessThePlaylistLoops) {
     const QString a = media(QStringLiteral("a.avi")), b = media(QStringLiteral("b.avi"));
     run({a, b});
+    // Seeking wraps at both ends of the queue.
+    temp->mnuSeekPrev->trigger();
+    EXPECT_EQ(main->TitleText(), QStringLiteral("b.avi"));
+    temp->mnuSeekNext->trigger();
+    EXPECT_EQ(AM()->fileName(), a);
+    const qint64 before = clock().msecs();
     AM()->playToEnd();
+    EXPECT_EQ(clock().msecs(), before);  // no gap before a film
     AM()->playToEnd();
     EXPECT_EQ(main->PlaylistRunning, VFalse);
     EXPECT_EQ(temp->mnuPlay->text(), QStringLiteral("&Open..."));
@@ -98,25 +86,6 @@ TEST_F(SessionTest, RandomPlayNeverPicksTheFirstAndReplaysOnTheCount) {
         }
     }
     EXPECT_EQ(picked, (QSet<long>{1, 2, 3}));
-}
-
-TEST_F(SessionTest, SeekWrapsAtBothEndsOfTheQueueAndOneFileHasNone) {
-    const QString a = media("a.avi"), b = media("b.avi"), c = media("c.avi");
-    run({a, b, c});
-    temp->mnuSeekPrev->trigger();
-    EXPECT_EQ(AM()->fileName(), c);
-    EXPECT_EQ(main->TitleText(), QStringLiteral("c.avi"));
-    temp->mnuSeekNext->trigger();
-    EXPECT_EQ(AM()->fileName(), a);
-    run({a});
-    EXPECT_FALSE(temp->mnuSeekNext->isEnabled());
-
-    temp->mnuStop_Click();
-    openByDialog(b);
-    MP().calls.clear();
-    temp->mnuSeekNext_Click();
-    temp->mnuSeekPrev_Click();
-    EXPECT_TRUE(MP().calls.isEmpty());
 }
 
 TEST_F(SessionTest, LoopOtherReplaysUntilTheUserStops) {
@@ -171,21 +140,6 @@ TEST_F(SessionTest, ADiscThatIsNotReadyOrUnreadableIsTold) {
     FakeCDReader::disc().directoryRead = false;
     openByDialog(track);
     EXPECT_EQ(msgBox().texts(), QStringList{"Unable to read CD directory."});
-}
-
-TEST_F(SessionTest, TheDisplayFollowsWhicheverPlayerPlays) {
-    EXPECT_FALSE(main->AnyPlayerPlaying());
-    main->ThumbFromTime(4, 0);  // nothing loaded: the thumb stays
-    main->ThumbFromTime(-3, 10);
-    EXPECT_EQ(main->imgPlayProgress.rect.left(), 16);
-    openByDialog(media(QStringLiteral("Song.mp3")));
-    temp->mnuStop_Click();
-    run({media(QStringLiteral("a.avi"), 10)});
-    clock().advance(5050);
-    EXPECT_NEAR(main->imgPlayProgress.rect.left(), 140, 3);  // about five seconds of ten
-    EXPECT_TRUE(main->AnyPlayerPlaying());
-    AM()->Pause();
-    EXPECT_FALSE(main->AnyPlayerPlaying());
 }
 
 }  // namespace

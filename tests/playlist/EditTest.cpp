@@ -154,20 +154,6 @@ TEST_F(EditTest, ADroppedFolderAddsItsOwnFilesOfTheListedKinds) {
     EXPECT_EQ(main->List1, (QStringList{folder + "/film.avi", m3u, opus}));
 }
 
-TEST_F(EditTest, MenuStatesFollowTheSelection) {
-    rows(songs(5));
-    select({0, 1, 2, 3});
-    editor->lstPlayList_MouseUp(1, 0, 0, 0);
-    EXPECT_TRUE(menus->mnuDeleteDupes->isEnabled());
-    EXPECT_FALSE(menus->popMoveUp->isEnabled()) << "moving needs exactly one selected row";
-    select({2});
-    editor->lstPlayList_MouseUp(1, 0, 0, 0);
-    EXPECT_FALSE(menus->mnuDeleteDupes->isEnabled());
-    menus->mnuNew->trigger();
-    editor->lstPlayList_MouseUp(1, 0, 0, 0);
-    EXPECT_FALSE(menus->popSave->isEnabled());
-}
-
 TEST_F(EditTest, AHundredThousandRowsChangeInBlocks) {
     QStringList paths;
     for (int i = 0; i < 100000; ++i) paths << QStringLiteral("/m/%1.mp3").arg(i);

@@ -1,5 +1,5 @@
-// Loading and saving through the editor, the recent playlists, and the questions that
-// guard an unsaved list.
+// Loading and saving through the editor, the recent playlists, the questions that guard an
+// unsaved list, and the line reader's rules.
 #include <gtest/gtest.h>
 
 #include <QComboBox>
@@ -11,6 +11,7 @@
 #include "PlaylistTest.h"
 #include "app/WriteFailure.h"
 #include "platform/dialogs/QtFileDialogs.h"
+#include "playlist/PlaylistFile.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -151,6 +152,18 @@ TEST_F(LoadSaveTest, ARecentPlaylistReloadsOrIsToldGone) {
     EXPECT_EQ(ReadAppSetting("Confirm Save on Playlist Close", ""), QStringLiteral("False"));
     EXPECT_TRUE(editor->unload());
     EXPECT_EQ(msgBox().shown.size(), 1);
+}
+
+TEST_F(LoadSaveTest, CommentsAreSkippedAndMissingLinesBecomeThePlaylistItself) {
+    EXPECT_TRUE(PlaylistFile::ReadPlaylist(file("only.m3u", "#EXTM3U\r\n\r\n#EXTINF:1,S\r\n#\n\n"))
+                    .isEmpty());
+    EXPECT_TRUE(PlaylistFile::ReadPlaylist(tempDir() + "/absent.m3u").isEmpty());
+    // Whatever the line ends; a colon alone is skipped.
+    const QString a = file("a.mp3", "x"), b = file("b b.wav", "x");
+    const QString list = file("list.ply", ("/nowhere/one.mp3\r\n" + a + "\r\n#EXTINF:1,b\n" + b +
+                                           "\rrelative.wav\r\n:\r\n:x\r\n")
+                                              .toLocal8Bit());
+    EXPECT_EQ(PlaylistFile::ReadPlaylist(list), (QStringList{list, a, b, list, list}));
 }
 
 }  // namespace

@@ -27,25 +27,6 @@ class VideoMpvTest : public VideoTest {
     ScopedEnv env;
 };
 
-TEST_F(VideoMpvTest, AFilmPlaysInTheVideoPlayerSizedToItsPictureAndClosesToIdle) {
-    const QString clip = path(QStringLiteral("Clip.avi"));
-    ASSERT_TRUE(writeTestFilm(clip, 2.0, QSize(320, 240)));
-    openByDialog(clip);
-    EXPECT_TRUE(msgBox().shown.isEmpty());
-    frmVideoPlayer* w = player();
-    ASSERT_NE(w, nullptr);
-    ASSERT_TRUE(RealMpv::waitFor([&] { return !w->MPView->isHidden(); }));
-    EXPECT_EQ(w->Inside->size(), QSize(320, 240));
-    EXPECT_EQ(main->TrackLength, 2);
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Stop"));
-
-    // The film plays out and stays; the main display stops with it.
-    ASSERT_TRUE(RealMpv::waitFor([&] { return w->MP()->PlayState() == MediaPlayer::mpStopped; }));
-    ASSERT_TRUE(RealMpv::waitFor([&] { return !main->Timer3.isEnabled(); }, 2000));
-    w->close();
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
-}
-
 TEST_F(VideoMpvTest, AVivoNamedFilmRunsThroughItsStatesAndSavesACopy) {
     const QString avi = path(QStringLiteral("Source.avi"));
     ASSERT_TRUE(writeTestFilm(avi, 1.0, QSize(176, 144)));

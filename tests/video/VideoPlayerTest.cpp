@@ -152,24 +152,4 @@ TEST_F(VideoPlayerTest, FilmsFromItsOwnMenuKeepTheFirstSizeAndTheRecentListAndPl
     EXPECT_EQ(caption(again->mnuFileMRU[2]), QStringLiteral("&2. ") + big);
 }
 
-TEST_F(VideoPlayerTest, ARefusedFilmStaysHiddenAndTheZoomEntriesOnlyStandInTheMenu) {
-    openFilm(film(QStringLiteral("Clip.avi")));
-    QStringList captions;
-    for (QAction* a : temp->popZoom->actions()) captions << a->text();
-    EXPECT_EQ(captions, (QStringList{"Original Size", "Full Screen (Normal - Advanced Options)",
-                                     "Full Screen (Stretch)", "Half Screen", "Quarter Screen",
-                                     "Double Original Size"}));
-    const QSize before = player()->size();
-    for (QAction* a : temp->popZoom->actions()) a->trigger();
-    EXPECT_EQ(player()->size(), before);
-    player()->close();
-
-    auto* w = new frmVideoPlayer();
-    w->show();
-    w->MP()->setFileName(file(QStringLiteral("Broken.avi")));  // no length: refused
-    w->MP()->Play();
-    clock().advance(3000);
-    EXPECT_TRUE(w->MPView->isHidden());
-}
-
 }  // namespace

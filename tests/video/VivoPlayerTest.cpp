@@ -62,29 +62,6 @@ TEST_F(VivoPlayerTest, AFilmOpensCentredAndFittedInPlaceOfTheMainWindowAndItsEnd
     EXPECT_EQ(film->calls.mid(film->calls.size() - 2), (QStringList{"Stop", "Film="}));
 }
 
-TEST_F(VivoPlayerTest, AFilmLargerThanTheScreenRunsPastTheEdgesAndABrokenOneKeepsTheSize) {
-    auto* w = new frmVivoPlayer();
-    w->show();
-    const QSize design = w->size();
-    w->VvWeb1Open(file(QStringLiteral("Broken.viv")));  // not a film the control knows
-    w->VvWeb1Play();
-    clock().advance(2000);
-    EXPECT_EQ(w->size(), design);
-
-    const QSize film = ScreenSize(w) + QSize(100, 60);
-    w->VvWeb1Open(vivo(QStringLiteral("Huge.viv"), film));
-    w->VvWeb1Play();
-    EXPECT_EQ(w->frameGeometry().topLeft(), QPoint(0, 0));
-    EXPECT_EQ(w->size(), film);
-
-    // A narrower film in a window kept wide (maximised) gets half the room as margin.
-    w->setWindowState(Qt::WindowMaximized);
-    const QSize wide = w->size();
-    w->FitWindowToMovie(wide.width() - 100, 100);
-    EXPECT_EQ(w->size(), wide);
-    EXPECT_EQ(w->VvWeb1View->geometry(), QRect(50, 0, wide.width(), wide.height()));
-}
-
 TEST_F(VivoPlayerTest, TheRightButtonMenuAndItsCommands) {
     const QString path = vivo(QStringLiteral("Movie.viv"));
     openByDialog(path);
