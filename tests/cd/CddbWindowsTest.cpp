@@ -1,6 +1,7 @@
 // The CDDB access player's windows, driven by their menus, on a scripted CD device or a
 // disc image, against a loopback server.
 
+#include <QFile>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -199,19 +200,33 @@ TEST_F(CddbWindowsTest, DiscIdTrackCommandsAndTheBoxes) {
 // The window on the real CD audio device, a disc image in the drive.
 class CddbOnAnImageTest : public AppTest {};
 
-TEST_F(CddbOnAnImageTest, OpenAfterEjectTakesTheDiscInAgain) {
+// The CUE tells of tracks of 20, 30 and 10 s; the BIN ends 5 s into the second.
+TEST_F(CddbOnAnImageTest, AShortImagesTracksEndWithItsDataAndOpenAfterEjectTakesItInAgain) {
+    const DiscImage disc = DiscImage::buildSeconds(tempDir(), {20, 30, 10});
+    ASSERT_TRUE(QFile::resize(disc.binPath(), 25 * 75 * DiscImage::kSectorBytes));
     auto drives = std::make_shared<ImageDrives>();
-    drives->add(DiscImage::buildSeconds(tempDir(), {20, 30}).cuePath());
+    drives->add(disc.cuePath());
     Components::provideService<CdDrives>(drives);
     Components::provideFactory<MciDevice>([] { return std::make_unique<CdioMciDevice>(); });
     QPointer<frmCDDBMain> window = new frmCDDBMain;
     QStringList words;
     QObject::connect(&window->CdBase1, &CdBase::ModeChange,
                      [&](const QString& word) { words << word; });
+    window->CdBase1.Server = "127.0.0.1";
+    window->CdBase1.Port = 9;  // nobody answers there
+    window->mnuQueryString->trigger();
+    // Starts in frames, then the disc's time in seconds.
+    EXPECT_TRUE(msgBox().texts().value(0).contains("0f001903 3 150 1650 2025 25\r\n"))
+        << msgBox().texts().value(0).toStdString();
+    QStringList lengths;
+    for (int i = 0; i < window->lvwSongList->topLevelItemCount(); ++i)
+        lengths << window->lvwSongList->topLevelItem(i)->text(1);
+    EXPECT_EQ(lengths, (QStringList{"0 min 20 sec", "0 min 5 sec", "0 min 0 sec"}));
+
+    msgBox().reset();
     window->mnudiscId->trigger();
     const QStringList id = msgBox().texts();
-    ASSERT_EQ(id.size(), 1);
-    ASSERT_NE(id[0], "Disc ID:  ");
+    ASSERT_EQ(id, QStringList{"Disc ID:  0f001903"});
 
     window->mnuEject->trigger();
     clock().advance(600);

@@ -14,6 +14,7 @@
 #include "platform/cdaudio/CdioQuiet.h"
 #include "platform/cddrives/CdDrives.h"
 #include "platform/cddrives/DiscImageSource.h"
+#include "platform/cddrives/DiscTracks.h"
 #include "platform/cdreader/CdRipper.h"
 
 namespace cantovel {
@@ -119,26 +120,19 @@ void CdioCDReader::refresh() const {
 void CdioCDReader::readToc() const {
     tracks_.clear();
     tocRead_ = false;
-    if (!cdio_) return;
-    const track_t first = cdio_get_first_track_num(cdio_);
-    const track_t count = cdio_get_num_tracks(cdio_);
-    if (first == CDIO_INVALID_TRACK || count == CDIO_INVALID_TRACK || count == 0) return;
-    leadOut_ = cdio_get_track_lsn(cdio_, CDIO_CDROM_LEADOUT_TRACK);
-    for (track_t t = first; t < first + count; ++t) {
-        const lsn_t start = cdio_get_track_lsn(cdio_, t);
-        lsn_t next =
-            t + 1 < first + count ? cdio_get_track_lsn(cdio_, track_t(t + 1)) : lsn_t(leadOut_);
-        if (start == CDIO_INVALID_LSN || next == CDIO_INVALID_LSN) return;
-        // An image's sectors end where its BIN does, whatever its CUE says: a track holds
-        // what is there, so playing and copying it end where its data ends.
-        next = std::min<lsn_t>(next, lsn_t(leadOut_));
+    const DiscToc toc = readDiscToc(cdio_);
+    if (toc.tracks.isEmpty()) return;
+    leadOut_ = toc.leadOut;
+    for (const DiscTrack& t : toc.tracks) {
         CDTrack track;
-        track.Number = t;
-        track.StartPosition = FromFrames(start + kPregap);
-        track.Length = FromFrames(std::max<qint64>(next - start, 0));
-        track.IsAudio = cdio_get_track_format(cdio_, t) == TRACK_FORMAT_AUDIO;
-        track.CopyProtected = cdio_get_track_copy_permit(cdio_, t) != CDIO_TRACK_FLAG_TRUE;
-        track.PreEmphasis = cdio_get_track_preemphasis(cdio_, t) == CDIO_TRACK_FLAG_TRUE;
+        track.Number = t.number;
+        track.StartPosition = FromFrames(t.first + kPregap);
+        track.Length = FromFrames(t.sectors);
+        track.IsAudio = t.isAudio();
+        track.CopyProtected =
+            cdio_get_track_copy_permit(cdio_, track_t(t.number)) != CDIO_TRACK_FLAG_TRUE;
+        track.PreEmphasis =
+            cdio_get_track_preemphasis(cdio_, track_t(t.number)) == CDIO_TRACK_FLAG_TRUE;
         tracks_.append(track);
     }
     tocRead_ = true;

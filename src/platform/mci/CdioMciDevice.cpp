@@ -9,7 +9,7 @@
 #include "platform/cdaudio/CdAudioPlayer.h"
 #include "platform/cdaudio/CdioQuiet.h"
 #include "platform/cddrives/CdDrives.h"
-#include "platform/cddrives/DiscImageSource.h"
+#include "platform/cddrives/DiscTracks.h"
 
 namespace cantovel {
 
@@ -90,25 +90,20 @@ void CdioMciDevice::close() {
     stop();
     open_ = false;
     starts_.clear();
+    lengths_.clear();
 }
 
 bool CdioMciDevice::readToc() {
     starts_.clear();
-    CdIo_t* cdio = openDisc(opened_);
-    if (!cdio) return false;
-    const track_t first = cdio_get_first_track_num(cdio);
-    const track_t count = cdio_get_num_tracks(cdio);
-    if (first != CDIO_INVALID_TRACK && count != CDIO_INVALID_TRACK && count > 0) {
-        QList<qint64> starts;
-        for (track_t t = first; t < first + count; ++t) starts.append(cdio_get_track_lsn(cdio, t));
-        starts.append(cdio_get_track_lsn(cdio, CDIO_CDROM_LEADOUT_TRACK));
-        if (!starts.contains(CDIO_INVALID_LSN)) {
-            for (qint64& s : starts) s += kLeadIn;
-            starts_ = starts;
-        }
+    lengths_.clear();
+    const DiscToc toc = readDiscToc(opened_);
+    if (toc.tracks.isEmpty()) return false;
+    for (const DiscTrack& t : toc.tracks) {
+        starts_.append(t.first + kLeadIn);
+        lengths_.append(t.sectors);
     }
-    cdio_destroy(cdio);
-    return !starts_.isEmpty();
+    starts_.append(toc.leadOut + kLeadIn);
+    return true;
 }
 
 int CdioMciDevice::Mode() {
@@ -133,8 +128,8 @@ qint32 CdioMciDevice::TrackPosition() {
 
 qint32 CdioMciDevice::TrackLength() {
     if (!open_ || track_ < 1 || track_ >= starts_.size()) return 0;
-    qint64 length = starts_[track_] - starts_[track_ - 1];
-    if (track_ == starts_.size() - 1) --length;  // the classic device's last track
+    qint64 length = lengths_[track_ - 1];
+    if (track_ == starts_.size() - 1 && length > 0) --length;  // the classic device's last track
     return FramesToMsf(length);
 }
 

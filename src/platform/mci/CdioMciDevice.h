@@ -58,6 +58,8 @@ class CdioMciDevice : public MciDevice {
     int track_ = 1;
     // Starts in frames from the start of the lead-in; the last entry is the lead-out.
     QList<qint64> starts_;
+    // Each track's sectors on the disc: an image's end where its data ends.
+    QList<qint64> lengths_;
     qint64 from_ = -1, to_ = -1;
     qint64 position_ = 0;  // where the disc stands while no sound plays
     std::unique_ptr<CdAudioPlayer> player_;
