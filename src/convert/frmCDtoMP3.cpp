@@ -29,9 +29,9 @@
 #include "app/Runtime.h"
 #include "app/Settings.h"
 #include "app/Utilities.h"
+#include "app/WriteFailure.h"
 #include "convert/BitrateMenu.h"
 #include "convert/ProgressShape.h"
-#include "app/WriteFailure.h"
 #include "platform/Components.h"
 #include "platform/clock/Clock.h"
 #include "platform/dialogs/FileDialogs.h"
@@ -343,7 +343,7 @@ void frmCDtoMP3::mnuConvert_Click() {
     }
     TrackTotal = int(List1->selectedItems().size());
     TrackNumber = 0;
-    WriteFailed = false;
+    RunFailed = false;
     QPointer<frmCDtoMP3> self(this);
     Converting = true;
     for (int i = 0; i < List1->count() && self; ++i) {
@@ -355,6 +355,7 @@ void frmCDtoMP3::mnuConvert_Click() {
         TrackDone = false;
         // One fixed name: the tracks run strictly one after the other.
         TempWav = joinPath(TemporaryFilesLocation(), QStringLiteral("track.wav"));
+        extracting_ = i + 1;
         if (!ACD1 || ACD1->ExtractTrack(TempWav, i + 1) != 0)
             MsgBoxShow(QStringLiteral("An error occurred while attempting to load the selected "
                                       "track.  Please ensure a valid audio CD is inserted.  If "
@@ -370,7 +371,7 @@ void frmCDtoMP3::mnuConvert_Click() {
             }
             Clock::get().wait(100, waitOver);
         }
-        if (stopped || WriteFailed) break;
+        if (stopped || RunFailed) break;
     }
     if (!self) return;
     Converting = false;
@@ -379,7 +380,7 @@ void frmCDtoMP3::mnuConvert_Click() {
 
 void frmCDtoMP3::endOfRun() {
     StopRequested = false;
-    setWindowTitle(WriteFailed
+    setWindowTitle(RunFailed
                        ? QStringLiteral("Convert CD to MP3 - Conversion Process Interrupted...")
                        : QStringLiteral("Convert CD to MP3 - Conversion(s) Complete"));
     mnuConvert->setText(QStringLiteral("&Convert"));
@@ -396,18 +397,27 @@ void frmCDtoMP3::ACD1_ExtractProgress(qint32 value) {
     Shape2->setWidth(FullWidth / 1000 * value);
 }
 
-void frmCDtoMP3::reportWriteFailure(const QString& path, const QString& reason) {
-    WriteFailed = true;
+void frmCDtoMP3::reportFailure(const QString& text) {
+    RunFailed = true;
     TrackDone = true;
     Encoding = false;
     Shape2->setWidth(0);
-    MsgBoxShow(writeFailureText(path, reason), Mb::Exclamation | Mb::SetForeground, {}, this);
+    MsgBoxShow(text, Mb::Exclamation | Mb::SetForeground, {}, this);
 }
 
 void frmCDtoMP3::ACD1_ExtractDone() {
     if (StopRequested || !Mp3Enc1) return;
     if (ACD1->WriteFailed()) {
-        reportWriteFailure(TempWav, ACD1->WriteErrorDescription());
+        reportFailure(writeFailureText(TempWav, ACD1->WriteErrorDescription()));
+        return;
+    }
+    if (ACD1->ReadFailed()) {
+        // What was read is no whole track: it is not encoded.
+        QFile::remove(TempWav);
+        reportFailure(QStringLiteral("Track ") + Format(extracting_, QStringLiteral("0#")) +
+                      QStringLiteral(" could not be read from the CD.  Please ensure a valid "
+                                     "audio CD is inserted.  If problems persist, your disc may "
+                                     "require cleaning."));
         return;
     }
     const QFileInfo name(OutputName);
@@ -447,7 +457,7 @@ void frmCDtoMP3::Mp3Enc1_EncodeProgress(qint32 value) {
 void frmCDtoMP3::Mp3Enc1_EncodeDone() {
     if (QFileInfo::exists(TempWav)) QFile::remove(TempWav);
     if (Mp3Enc1->WriteFailed()) {
-        reportWriteFailure(OutputMp3, Mp3Enc1->WriteErrorDescription());
+        reportFailure(writeFailureText(OutputMp3, Mp3Enc1->WriteErrorDescription()));
         return;
     }
     TrackDone = true;

@@ -45,8 +45,8 @@ class frmCDtoMP3 : public Form {
     QString OutputMp3;
     // The converting loop is running.
     bool Converting = false;
-    // A file of the run could not be written: the run ends and says so.
-    bool WriteFailed = false;
+    // A track of the run could not be read, or its file written: the run ends and says so.
+    bool RunFailed = false;
 
     // ---- Controls ----
     QGroupBox* Frame1;   // "CD Tracks"
@@ -107,8 +107,8 @@ class frmCDtoMP3 : public Form {
     void ACD1_ExtractBegin();
     void ACD1_ExtractProgress(qint32 value);
     void ACD1_ExtractDone();
-    // Tells the user which file could not be written and why, and ends the run.
-    void reportWriteFailure(const QString& path, const QString& reason);
+    // Tells the user what failed and ends the run.
+    void reportFailure(const QString& text);
     void Mp3Enc1_EncodeProgress(qint32 value);
     void Mp3Enc1_EncodeDone();
 
@@ -144,6 +144,7 @@ class frmCDtoMP3 : public Form {
 
     QString dir1Path_;
     QFileSystemModel* dirModel_ = nullptr;
+    int extracting_ = 0;  // the disc's number of the track in extraction
 };
 
 }  // namespace cantovel

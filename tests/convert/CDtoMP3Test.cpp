@@ -375,6 +375,42 @@ TEST_F(CDtoMP3RunTest, ATrackOfADiscImageBecomesAnMp3OfItsLength) {
     EXPECT_TRUE(msgBox().shown.isEmpty());
 }
 
+// A BIN shorter than its CUE says: a track of which the disc holds nothing, and one whose
+// data went after the window listed it, are told by number; no MP3 and no success follow.
+TEST_F(CDtoMP3RunTest, ATrackTheDiscCannotReadIsToldAndBecomesNoMp3) {
+    // The CUE tells of three one-second tracks; the BIN holds 100 sectors.
+    const DiscImage disc = DiscImage::build(tempDir() + QStringLiteral("/short"), {75, 75, 75});
+    ASSERT_TRUE(QFile::resize(disc.binPath(), 100 * DiscImage::kSectorBytes));
+    auto drives = std::make_shared<ImageDrives>();
+    drives->add(disc.cuePath());
+    Components::provideService<CdDrives>(drives);
+    frmCDtoMP3& w = Forms::touch<frmCDtoMP3>();
+    ASSERT_EQ(w.List1->count(), 3);
+    EXPECT_EQ(w.List1->item(2)->text(), QStringLiteral("Track 03     Length: 00:00"));
+    const auto convert = [&](int row) {
+        msgBox().reset();
+        w.List1->clearSelection();
+        w.List1->item(row)->setSelected(true);
+        w.mnuConvert->trigger();
+        return msgBox().texts();
+    };
+    const auto told = [](const char* track) {
+        return QStringList{QStringLiteral("Track ") + QLatin1String(track) +
+                           QStringLiteral(" could not be read from the CD.  Please ensure a valid "
+                                          "audio CD is inserted.  If problems persist, your disc "
+                                          "may require cleaning.")};
+    };
+    EXPECT_EQ(convert(2), told("03"));
+    EXPECT_EQ(w.windowTitle(),
+              QStringLiteral("Convert CD to MP3 - Conversion Process Interrupted..."));
+    // Track 2's last sectors go after the listing.
+    ASSERT_TRUE(QFile::resize(disc.binPath(), 80 * DiscImage::kSectorBytes));
+    EXPECT_EQ(convert(1), told("02"));
+    EXPECT_NE(w.windowTitle(), kComplete);
+    EXPECT_TRUE(QDir(out()).entryList(QDir::Files | QDir::Hidden).isEmpty());
+    EXPECT_TRUE(QDir(temp).entryList(QDir::Files | QDir::Hidden).isEmpty());
+}
+
 // The temporary space and the output share a disk that fills up (the low-space question
 // answered Yes): the user is told which file could not be written, the title is not the
 // one of a complete run, and an older MP3 of the output's name stays whole.

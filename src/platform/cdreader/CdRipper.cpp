@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <memory>
 #include <vector>
@@ -51,16 +52,20 @@ struct Drive {
         // there to read; paranoia would hand out silence for them.
         const lsn_t end = cdio_get_track_lsn(cdio, CDIO_CDROM_LEADOUT_TRACK);
         if (job.count <= 0 || end == CDIO_INVALID_LSN || job.first + job.count > end) return false;
-        // An image reads the same every time, in a CD's little-endian samples: it is read as
-        // it stands. (Paranoia would not even open one whose CUE puts a track past the end
-        // of its BIN.)
-        if (cdio_get_driver_id(cdio) != DRIVER_LINUX) return true;
+        const bool image = cdio_get_driver_id(cdio) != DRIVER_LINUX;
         cdda = cdio_cddap_identify_cdio(cdio, CDDA_MESSAGE_FORGETIT, nullptr);
-        if (!cdda) return false;
-        // Every drive of a named type gives little-endian samples; only AutoDetect has
-        // paranoia look at the audio to decide.
-        if (job.deviceType != 0) cdda->bigendianp = 0;
-        if (cdio_cddap_open(cdda) != 0) return false;
+        // An image with a track past the end of its BIN is one paranoia will not open; it
+        // reads the same every time, and is read as it stands.
+        if (!cdda) return image;
+        // Every drive of a named type gives little-endian samples, and so does every image;
+        // only AutoDetect on a drive has paranoia look at the audio to decide.
+        if (image || job.deviceType != 0) cdda->bigendianp = 0;
+        if (cdio_cddap_open(cdda) != 0) {
+            if (!image) return false;
+            cdio_cddap_close_no_free_cdio(cdda);
+            cdda = nullptr;
+            return true;
+        }
         cdda->nsectors = std::clamp(job.blockCount, 1, kMaxBlockCount);
         if (job.copyMode != 1) {
             paranoia = cdio_paranoia_init(cdda);
@@ -129,6 +134,10 @@ class Writer {
         return sink_.close() && ok;
     }
 
+    // The system's error numbers of a failed open, and of a failed write or close.
+    int openError() const { return sink_.openErrno(); }
+    int writeError() const { return sink_.writeErrno(); }
+
   private:
     bool converting() const {
         return !(format_.encoding == WaveFormat::Pcm16 && format_.sampleRate == kCdRate &&
@@ -150,7 +159,7 @@ class Writer {
 
 }  // namespace
 
-CdRipper::Outcome CdRipper::run(const Job& job, const Callbacks& callbacks) {
+CdRipper::Outcome CdRipper::run(const Job& job, const Callbacks& callbacks, int* writeError) {
     quietCdio();
     Drive drive;
     if (!drive.open(job)) return Outcome::ReadFailed;
@@ -158,7 +167,12 @@ CdRipper::Outcome CdRipper::run(const Job& job, const Callbacks& callbacks) {
     // left cut short by a copy that fails.
     StagedOutput staged(job.fileName);
     Writer writer(job.format);
-    if (!staged.create() || !writer.open(staged.path())) return Outcome::WriteFailed;
+    const auto failedWrite = [&](int error) {
+        if (writeError) *writeError = error ? error : EIO;
+        return Outcome::WriteFailed;
+    };
+    if (!staged.create()) return failedWrite(staged.error());
+    if (!writer.open(staged.path())) return failedWrite(writer.openError());
     if (callbacks.started) callbacks.started();
 
     std::vector<short> block;
@@ -168,7 +182,7 @@ CdRipper::Outcome CdRipper::run(const Job& job, const Callbacks& callbacks) {
         if (callbacks.stop && callbacks.stop()) {
             // What was read so far is a valid WAV of its own, and stays.
             writer.close();
-            return staged.keep() ? Outcome::Stopped : Outcome::WriteFailed;
+            return staged.keep() ? Outcome::Stopped : failedWrite(staged.error());
         }
         const int sectors = int(std::min<qint64>(blockCount, job.count - done));
         const long got = drive.read(job.first + done, sectors, block);
@@ -180,16 +194,16 @@ CdRipper::Outcome CdRipper::run(const Job& job, const Callbacks& callbacks) {
         if (!writer.write(block, qint64(got) * kSectorSamples / 2)) {
             writer.close();
             staged.fail();
-            return Outcome::WriteFailed;
+            return failedWrite(writer.writeError());
         }
         done += got;
         if (callbacks.progress) callbacks.progress(done);
     }
     if (!writer.close()) {
         staged.fail();
-        return Outcome::WriteFailed;
+        return failedWrite(writer.writeError());
     }
-    return staged.keep() ? Outcome::Done : Outcome::WriteFailed;
+    return staged.keep() ? Outcome::Done : failedWrite(staged.error());
 }
 
 }  // namespace cantovel

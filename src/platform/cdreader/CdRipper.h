@@ -35,7 +35,8 @@ class CdRipper {
         std::function<bool()> stop;
     };
 
-    static Outcome run(const Job& job, const Callbacks& callbacks);
+    // A failed write leaves the system's error number in `writeError` when given.
+    static Outcome run(const Job& job, const Callbacks& callbacks, int* writeError = nullptr);
 };
 
 }  // namespace cantovel

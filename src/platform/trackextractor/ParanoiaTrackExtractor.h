@@ -3,6 +3,7 @@
 #include <QTemporaryDir>
 #include <memory>
 
+#include "platform/cddrives/DiscTracks.h"
 #include "platform/trackextractor/TrackExtractor.h"
 #include "platform/wavechain/BackgroundJob.h"
 
@@ -10,9 +11,10 @@ namespace cantovel {
 
 class MediaPlayer;
 
-// The extractor on libcdio and cd-paranoia. Its drives are the program's CD drives (disc
-// images included) when that service is there, else the machine's CD devices. A preview
-// is extracted to a temporary WAV and played through a media player component.
+// The extractor on libcdio and cd-paranoia, reading through the CD reader's copy engine in
+// full paranoia. Its drives are the program's CD drives (disc images included) when that
+// service is there, else the machine's CD devices. A preview is extracted to a temporary
+// WAV and played through a media player component.
 class ParanoiaTrackExtractor : public TrackExtractor {
     Q_OBJECT
   public:
@@ -23,7 +25,7 @@ class ParanoiaTrackExtractor : public TrackExtractor {
     int DriveCount() override;
     QString DriveName(int index) override;
     void SelectDrive(int index) override;
-    int TrackCount() override { return int(tracks_.size()); }
+    int TrackCount() override { return int(toc_.tracks.size()); }
     qint32 TrackLength(int track) override;
     qint16 ExtractTrack(QString& fileName, int track) override;
     void Abort() override;
@@ -32,25 +34,20 @@ class ParanoiaTrackExtractor : public TrackExtractor {
     qint16 Preview(qint16 track, qint16 startSecond, qint16 seconds) override;
     void EndPreview() override;
 
-    // A track as the table of contents gives it: sectors of 1/75 s.
-    struct Track {
-        qint32 firstSector = 0;
-        qint32 lastSector = 0;
-        bool audio = true;
-    };
-
   private:
     struct Drive {
         QString name, device;
     };
     QList<Drive> drives();
+    // The audio track of that number, or null.
+    const DiscTrack* audioTrack(int track) const;
     // Ends the run; a nonzero system error number marks a failed write.
-    void finishRun(int writeError);
+    void finishRun(int writeError, bool readFailed);
 
     BackgroundJob job_{this};
     BackgroundJob previewJob_{this};
     QString device_;
-    QList<Track> tracks_;
+    DiscToc toc_;
     std::unique_ptr<MediaPlayer> player_;
     std::unique_ptr<QTemporaryDir> previewDir_;
     bool writeFailed_ = false;

@@ -7,8 +7,9 @@
 // follows, then ExtractProgress(value) with values from 0 to 1000 that never go down,
 // then ExtractDone with the file complete and closed. A run that cannot write the file
 // (a full disk, a folder that refuses or has gone) ends early with ExtractDone and
-// WriteFailed() true. Abort ends a run at once: no further event comes from it, and the
-// WAV stays as far as it was written.
+// WriteFailed() true; one that cannot read the whole track (none of it is on the disc, or
+// a sector will not read) ends with ExtractDone and ReadFailed() true. Abort ends a run at
+// once: no further event comes from it, and the WAV stays as far as it was written.
 //
 // Drives and tracks count from 1.
 
@@ -50,6 +51,8 @@ class TrackExtractor : public QObject, public RaisedError {
     // reads it.
     virtual bool WriteFailed() const = 0;
     virtual QString WriteErrorDescription() const = 0;
+    // True once the current or last run could not read its track to the end.
+    bool ReadFailed() const { return readFailed_; }
     // Plays `seconds` of `track` from `startSecond`; nonzero when it can't.
     virtual qint16 Preview(qint16 track, qint16 startSecond, qint16 seconds) = 0;
     virtual void EndPreview() = 0;
@@ -58,6 +61,12 @@ class TrackExtractor : public QObject, public RaisedError {
     void ExtractBegin();
     void ExtractProgress(qint32 value);
     void ExtractDone();
+
+  protected:
+    void setReadFailed(bool failed) { readFailed_ = failed; }
+
+  private:
+    bool readFailed_ = false;
 };
 
 }  // namespace cantovel
