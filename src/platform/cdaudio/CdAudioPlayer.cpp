@@ -1,28 +1,23 @@
 #include "platform/cdaudio/CdAudioPlayer.h"
 
 #include <cdio/cdio.h>
-#include <cdio/read.h>
 #include <mpv/client.h>
-#include <mpv/stream_cb.h>
 
 #include <QMetaObject>
 #include <QPointer>
-#include <QUrl>
 #include <algorithm>
 #include <cstring>
 #include <vector>
 
 #include "app/FileNames.h"
 #include "platform/cdaudio/CdioQuiet.h"
-#include "platform/cddrives/DiscImageSource.h"
+#include "platform/cddrives/DiscSectorStream.h"
+#include "platform/mpv/MpvStream.h"
 
 namespace cantovel {
 
 namespace {
 
-constexpr qint64 kSectorBytes = CDIO_CD_FRAMESIZE_RAW;  // 2352
-// Sectors read at a time: about a third of a second, and what one ATAPI transfer holds.
-constexpr qint64 kReadSectors = 26;
 constexpr const char* kProtocol = "cantovelcd";
 
 void setOption(mpv_handle* mpv, const char* name, const char* value) {
@@ -36,59 +31,6 @@ void command(mpv_handle* mpv, std::initializer_list<const char*> args) {
 }
 
 }  // namespace
-
-// One play's view of the disc, living on mpv's reading thread from open to close.
-struct CdAudioPlayer::Stream {
-    CdIo_t* cdio = nullptr;
-    qint64 first = 0;
-    qint64 count = 0;
-    qint64 offset = 0;  // bytes into the stretch
-    std::vector<char> block;
-    qint64 blockSector = -1;  // first sector held in `block`, relative to `first`
-    qint64 blockSectors = 0;
-    std::atomic<bool> cancelled{false};
-
-    ~Stream() {
-        if (cdio) cdio_destroy(cdio);
-    }
-
-    qint64 size() const { return count * kSectorBytes; }
-
-    bool fill(qint64 sector) {
-        const qint64 n = std::min(kReadSectors, count - sector);
-        block.resize(size_t(n * kSectorBytes));
-        if (cdio_read_audio_sectors(cdio, block.data(), lsn_t(first + sector), unsigned(n)) !=
-            DRIVER_OP_SUCCESS)
-            return false;
-        blockSector = sector;
-        blockSectors = n;
-        return true;
-    }
-
-    static int64_t read(void* cookie, char* buf, uint64_t nbytes) {
-        auto* s = static_cast<Stream*>(cookie);
-        if (s->cancelled) return -1;
-        if (s->offset >= s->size()) return 0;
-        const qint64 sector = s->offset / kSectorBytes;
-        if (sector < s->blockSector || sector >= s->blockSector + s->blockSectors) {
-            if (!s->fill(sector)) return -1;
-        }
-        const qint64 inBlock = s->offset - s->blockSector * kSectorBytes;
-        const qint64 n = std::min<qint64>(qint64(nbytes), qint64(s->block.size()) - inBlock);
-        std::memcpy(buf, s->block.data() + inBlock, size_t(n));
-        s->offset += n;
-        return n;
-    }
-    static int64_t seek(void* cookie, int64_t offset) {
-        auto* s = static_cast<Stream*>(cookie);
-        if (offset < 0 || offset > s->size()) return MPV_ERROR_GENERIC;
-        s->offset = offset;
-        return offset;
-    }
-    static int64_t sizeOf(void* cookie) { return static_cast<Stream*>(cookie)->size(); }
-    static void close(void* cookie) { delete static_cast<Stream*>(cookie); }
-    static void cancel(void* cookie) { static_cast<Stream*>(cookie)->cancelled = true; }
-};
 
 CdAudioPlayer::CdAudioPlayer(QObject* parent) : QObject(parent) {
     quietCdio();
@@ -130,23 +72,18 @@ CdAudioPlayer::~CdAudioPlayer() {
 }
 
 int CdAudioPlayer::openStream(void*, char* uri, mpv_stream_cb_info* info) {
-    // cantovelcd://<first>/<count>/<device, percent-encoded>
+    // cantovelcd://<first>/<count>/<device, percent-encoded>; read on mpv's reading thread
+    // with a disc handle of the play's own.
     const QString text = QString::fromUtf8(uri).mid(int(std::strlen(kProtocol)) + 3);
     const QStringList parts = text.split(QLatin1Char('/'));
     if (parts.size() != 3) return MPV_ERROR_LOADING_FAILED;
     const QByteArray device = QByteArray::fromPercentEncoding(parts[2].toLatin1());
-    auto stream = std::make_unique<Stream>();
-    stream->first = parts[0].toLongLong();
-    stream->count = parts[1].toLongLong();
-    stream->cdio = openDisc(NameFromBytes(device));
-    if (!stream->cdio || stream->count <= 0) return MPV_ERROR_LOADING_FAILED;
-    info->cookie = stream.release();
-    info->read_fn = &Stream::read;
-    info->seek_fn = &Stream::seek;
-    info->size_fn = &Stream::sizeOf;
-    info->close_fn = &Stream::close;
-    info->cancel_fn = &Stream::cancel;
-    return 0;
+    auto stream =
+        std::make_unique<DiscSectorStream>(NameFromBytes(device), DiscSectorStream::kAudio);
+    const qint64 count = parts[1].toLongLong();
+    if (!stream->isOpen() || count <= 0) return MPV_ERROR_LOADING_FAILED;
+    stream->setStretch(lsn_t(parts[0].toLongLong()), count);
+    return handStreamToMpv(std::move(stream), info);
 }
 
 bool CdAudioPlayer::play(const QString& device, qint64 first, qint64 count) {

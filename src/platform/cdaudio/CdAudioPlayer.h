@@ -66,7 +66,6 @@ class CdAudioPlayer : public QObject {
     void stateChanged(int state);
 
   private:
-    struct Stream;
     static int openStream(void* self, char* uri, mpv_stream_cb_info* info);
     static void wakeup(void* self);
     void drainEvents();

@@ -4,30 +4,22 @@
 
 // After cdio.h, which it needs.
 #include <cdio/cd_types.h>
-#include <cdio/read.h>
 #include <mpv/client.h>
-#include <mpv/stream_cb.h>
 
 #include <QUrl>
 #include <algorithm>
-#include <atomic>
 #include <cstring>
-#include <memory>
-#include <vector>
 
 #include "app/FileNames.h"
 #include "platform/cddrives/DiscImageSource.h"
+#include "platform/cddrives/DiscSectorStream.h"
+#include "platform/cddrives/DiscTracks.h"
+#include "platform/mpv/MpvStream.h"
 
 namespace cantovel {
 
 namespace {
 
-// A film sector as libcdio reads it in Mode 2 Form 2: the 8-byte subheader, the 2324
-// bytes of the film, the 4-byte check.
-constexpr int kRawBytes = M2RAW_SECTOR_SIZE;
-constexpr int kFilmOffset = CDIO_CD_SUBHEADER_SIZE;
-constexpr int kFilmBytes = M2F2_SECTOR_SIZE;
-constexpr int kSectorsARead = 32;
 // One picture at the Video CD's 25 (or 29.97) pictures a second.
 constexpr double kPicture = 0.04;
 
@@ -37,79 +29,23 @@ bool isImageDriver(driver_id_t id) {
 
 constexpr const char* kProtocol = "cantovelvcd";
 
-// One film track as mpv reads it: the film bytes of its sectors, back to back, read on
-// mpv's own reading thread through a disc handle of its own, from open to close.
-struct FilmStream {
-    CdIo_t* cdio = nullptr;
-    lsn_t first = 0;
-    qint64 sectors = 0;
-    qint64 offset = 0;  // film bytes into the track
-    std::vector<char> block;
-    qint64 blockSector = -1;  // first sector held in `block`, relative to `first`
-    qint64 blockSectors = 0;
-    std::atomic<bool> cancelled{false};
-
-    ~FilmStream() {
-        if (cdio) cdio_destroy(cdio);
-    }
-    qint64 size() const { return sectors * kFilmBytes; }
-
-    static int64_t read(void* cookie, char* buf, uint64_t nbytes) {
-        auto* s = static_cast<FilmStream*>(cookie);
-        if (s->cancelled) return -1;
-        if (s->offset >= s->size()) return 0;
-        const qint64 sector = s->offset / kFilmBytes;
-        if (sector < s->blockSector || sector >= s->blockSector + s->blockSectors) {
-            const qint64 n = std::min<qint64>(kSectorsARead, s->sectors - sector);
-            s->block.resize(size_t(n * kRawBytes));
-            if (cdio_read_mode2_sectors(s->cdio, s->block.data(), lsn_t(s->first + sector), true,
-                                        unsigned(n)) != DRIVER_OP_SUCCESS)
-                return -1;
-            s->blockSector = sector;
-            s->blockSectors = n;
-        }
-        // Only the film part of the sector, up to its end.
-        const qint64 inSector = s->offset % kFilmBytes;
-        const qint64 n = std::min<qint64>(qint64(nbytes), kFilmBytes - inSector);
-        const qint64 at = (sector - s->blockSector) * kRawBytes + kFilmOffset + inSector;
-        std::memcpy(buf, s->block.data() + at, size_t(n));
-        s->offset += n;
-        return n;
-    }
-    static int64_t seek(void* cookie, int64_t offset) {
-        auto* s = static_cast<FilmStream*>(cookie);
-        if (offset < 0 || offset > s->size()) return MPV_ERROR_GENERIC;
-        s->offset = offset;
-        return offset;
-    }
-    static int64_t sizeOf(void* cookie) { return static_cast<FilmStream*>(cookie)->size(); }
-    static void close(void* cookie) { delete static_cast<FilmStream*>(cookie); }
-    static void cancel(void* cookie) { static_cast<FilmStream*>(cookie)->cancelled = true; }
-};
-
-// cantovelvcd://<track>/<disc, percent-encoded>
+// cantovelvcd://<track>/<disc, percent-encoded>: the film bytes of the track's sectors,
+// back to back, read on mpv's own reading thread through a disc handle of its own. A film
+// ends where the disc's data ends, as at its own end, however much more the CUE tells of.
 int openFilmStream(void*, char* uri, mpv_stream_cb_info* info) {
     const QString text = QString::fromUtf8(uri).mid(int(std::strlen(kProtocol)) + 3);
     const int slash = text.indexOf(QLatin1Char('/'));
     if (slash < 0) return MPV_ERROR_LOADING_FAILED;
-    const int track = text.left(slash).toInt();
     const QByteArray source =
         QUrl::fromPercentEncoding(text.mid(slash + 1).toLatin1()).toLocal8Bit();
-    auto stream = std::make_unique<FilmStream>();
-    stream->cdio = openDisc(NameFromBytes(source));
-    if (!stream->cdio || track < 1) return MPV_ERROR_LOADING_FAILED;
-    stream->first = cdio_get_track_lsn(stream->cdio, track_t(track));
-    const lsn_t last = cdio_get_track_last_lsn(stream->cdio, track_t(track));
-    if (stream->first == CDIO_INVALID_LSN || last == CDIO_INVALID_LSN || last < stream->first)
-        return MPV_ERROR_LOADING_FAILED;
-    stream->sectors = qint64(last) - stream->first + 1;
-    info->cookie = stream.release();
-    info->read_fn = &FilmStream::read;
-    info->seek_fn = &FilmStream::seek;
-    info->size_fn = &FilmStream::sizeOf;
-    info->close_fn = &FilmStream::close;
-    info->cancel_fn = &FilmStream::cancel;
-    return 0;
+    auto stream =
+        std::make_unique<DiscSectorStream>(NameFromBytes(source), DiscSectorStream::kFilm);
+    if (!stream->isOpen()) return MPV_ERROR_LOADING_FAILED;
+    const DiscToc toc = readDiscToc(stream->disc());
+    const DiscTrack* film = toc.track(text.left(slash).toInt());
+    if (!film || film->sectors <= 0) return MPV_ERROR_LOADING_FAILED;
+    stream->setStretch(film->first, film->sectors);
+    return handStreamToMpv(std::move(stream), info);
 }
 
 }  // namespace
