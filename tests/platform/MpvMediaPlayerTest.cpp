@@ -94,11 +94,9 @@ TEST_F(MpvMediaPlayerTest, RefusesDamagedFilesAndOpensWavAndMp3WithTheirLengthSt
     EXPECT_EQ(mp.fileName(), path("tone.wav"));
     EXPECT_EQ(mp.SelectionStart(), 0.0);
     EXPECT_EQ(mp.CurrentPosition(), 0.0);
-    // The position seeks and clamps; mpv holds it once its seek is done.
+    // The position seeks and clamps.
     mp.setCurrentPosition(1.5);
     EXPECT_NEAR(mp.CurrentPosition(), 1.5, 0.001);
-    ASSERT_TRUE(Clock::get().wait(
-        10000, [&] { return std::abs(mp.mpvProperty("time-pos").toDouble() - 1.5) < 0.05; }));
     mp.setCurrentPosition(-10);
     EXPECT_EQ(mp.CurrentPosition(), 0.0);
     mp.setCurrentPosition(99);
@@ -120,6 +118,8 @@ TEST_F(MpvMediaPlayerTest, PlaysToTheEndKeepingTheFileAndAHandlerMayOpenTheNext)
     ASSERT_TRUE(writeTone(path("b.wav"), 2.0));
     MpvMediaPlayer& mp = make();
     ASSERT_EQ(mp.setFileName(path("a.mp3")), 0);
+    // Songs play without mpv.
+    EXPECT_FALSE(mp.isValid());
     mp.Play();
     ASSERT_TRUE(waitForPlayChanges(2));
     EXPECT_EQ(plays, (Changes{{0, 2}, {2, 0}}));
@@ -144,13 +144,13 @@ TEST_F(MpvMediaPlayerTest, PlaysToTheEndKeepingTheFileAndAHandlerMayOpenTheNext)
 }
 
 TEST_F(MpvMediaPlayerTest, VolumeAndBalanceReachMpv) {
-    ASSERT_TRUE(writeTone(path("mono.wav"), 1.0, 22050, 1));
     MpvMediaPlayer& mp = make();
     // mpv comes with the first file, and takes the volume set before it.
     EXPECT_FALSE(mp.isValid());
     mp.setVolume(-5000);
     EXPECT_EQ(mp.Volume(), -5000);
-    ASSERT_EQ(mp.setFileName(path("mono.wav")), 0);
+    // A mono sound only mpv plays.
+    ASSERT_EQ(mp.setFileName("av://lavfi:sine=frequency=440:sample_rate=22050:duration=1"), 0);
     ASSERT_TRUE(mp.isValid());
     EXPECT_NEAR(mp.mpvProperty("volume").toDouble(), 50.0, 0.001);
     mp.setVolume(-20000);

@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QMetaObject>
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "app/FileNames.h"
@@ -79,6 +80,17 @@ MpvMediaPlayer::MpvMediaPlayer(QObject* parent) : MediaPlayer(parent) {
 MpvMediaPlayer::~MpvMediaPlayer() {
     delete surface_.data();
     destroyHandle();
+}
+
+bool MpvMediaPlayer::ensureHandle() {
+    if (shutDown_ || !mpv_) {
+        destroyHandle();
+        createHandle();
+        if (!mpv_) return false;
+        prepareVideoOutput();
+        mpv_set_property_string(mpv_, "pause", "yes");
+    }
+    return true;
 }
 
 void MpvMediaPlayer::createHandle() {
@@ -168,7 +180,7 @@ void MpvMediaPlayer::drainEvents() {
     // 1-0-1 into no event at all, so the state itself is read here.
     // mpv also pauses itself at the end (keep-open); a seek that restarts the output there
     // (see setVideoOutput) leaves it paused on the last picture with the flag down.
-    if (self && PlayState() == mpPlaying && !seekPending() &&
+    if (self && !playsSong() && PlayState() == mpPlaying && !seekPending() &&
         (atEnd() || flagProperty(mpv_, "pause")))
         changePlayState(mpStopped);
 }
@@ -236,39 +248,37 @@ int MpvMediaPlayer::setFileName(const QString& name) {
 
     reportOpening();
     if (superseded()) return 0;
-    if (shutDown_ || !mpv_) {
-        destroyHandle();
-        createHandle();
-    }
-    if (mpv_) {
-        prepareVideoOutput();
-        mpv_set_property_string(mpv_, "pause", "yes");
-        // A media metafile (".m3u", ".asx", ...) opens as the first of its entries that
-        // opens, as the classic control played them.
-        const bool meta = PlaylistFile::IsMetafile(name);
-        const QStringList targets = meta ? PlaylistFile::MetafileEntries(name) : QStringList{name};
-        outcome_ = Outcome::Failed;
-        failure_ = QStringLiteral("no entries");
-        for (const QString& target : targets) {
-            outcome_ = Outcome::Pending;
-            failure_.clear();
-            // mpv takes a file name as the kernel does: its bytes, whatever they are.
-            const QByteArray path = NameToBytes(target);
-            command(mpv_, {"loadfile", path.constData(), "replace"});
-            entryId_ = intProperty(mpv_, "playlist/0/id", -1);
-            waitForOutcome(superseded);
-            if (superseded()) return 0;
-            if (outcome_ != Outcome::Failed) break;
+    // A media metafile (".m3u", ".asx", ...) opens as the first of its entries that opens,
+    // as the classic control played them.
+    const bool meta = PlaylistFile::IsMetafile(name);
+    const QStringList targets = meta ? PlaylistFile::MetafileEntries(name) : QStringList{name};
+    outcome_ = Outcome::Failed;
+    failure_ = QStringLiteral("no entries");
+    for (const QString& target : targets) {
+        if (song_.open(target)) {
+            outcome_ = Outcome::Loaded;
+            break;
         }
+        if (!ensureHandle()) {
+            failure_ = QStringLiteral("no player");
+            break;
+        }
+        outcome_ = Outcome::Pending;
+        failure_.clear();
+        // mpv takes a file name as the kernel does: its bytes, whatever they are.
+        const QByteArray path = NameToBytes(target);
+        command(mpv_, {"loadfile", path.constData(), "replace"});
+        entryId_ = intProperty(mpv_, "playlist/0/id", -1);
+        waitForOutcome(superseded);
+        if (superseded()) return 0;
+        if (outcome_ != Outcome::Failed) break;
     }
-    if (mpv_ && outcome_ == Outcome::Loaded) {
+    if (outcome_ == Outcome::Loaded && (playsSong() || mpv_)) {
         readImageSize();
         reportOpened();
         return 0;
     }
-    const QString reason = !mpv_                          ? QStringLiteral("no player")
-                           : outcome_ == Outcome::Pending ? QStringLiteral("timed out")
-                                                          : failure_;
+    const QString reason = outcome_ == Outcome::Pending ? QStringLiteral("timed out") : failure_;
     if (mpv_) command(mpv_, {"stop"});
     outcome_ = Outcome::None;
     entryId_ = -1;
@@ -291,7 +301,10 @@ void MpvMediaPlayer::waitForOutcome(const std::function<bool()>& superseded) {
 }
 
 void MpvMediaPlayer::closeFile() {
-    if (mpv_ && outcome_ != Outcome::None) command(mpv_, {"stop"});
+    if (playsSong())
+        song_.close();
+    else if (mpv_ && outcome_ != Outcome::None)
+        command(mpv_, {"stop"});
     outcome_ = Outcome::None;
     entryId_ = -1;
     pendingSeek_.reset();
@@ -330,25 +343,39 @@ void MpvMediaPlayer::Play() {
     if (!isOpen() || PlayState() == mpPlaying) return;
     // After the end, play starts over.
     if (atEnd()) seekTo(0);
-    mpv_set_property_string(mpv_, "pause", "no");
+    if (playsSong())
+        song_.play();
+    else
+        mpv_set_property_string(mpv_, "pause", "no");
     changePlayState(mpPlaying);
 }
 
 void MpvMediaPlayer::Pause() {
-    if (!mpv_ || PlayState() != mpPlaying) return;
-    mpv_set_property_string(mpv_, "pause", "yes");
+    if (!isOpen() || PlayState() != mpPlaying) return;
+    if (playsSong())
+        song_.pause();
+    else
+        mpv_set_property_string(mpv_, "pause", "yes");
     changePlayState(mpPaused);
 }
 
 void MpvMediaPlayer::Stop() {
     if (!isOpen()) return;
-    mpv_set_property_string(mpv_, "pause", "yes");
+    if (playsSong())
+        song_.pause();
+    else
+        mpv_set_property_string(mpv_, "pause", "yes");
     seekTo(0);
     changePlayState(mpStopped);
 }
 
+void MpvMediaPlayer::songEnded() {
+    if (playsSong() && song_.atEnd() && PlayState() == mpPlaying) changePlayState(mpStopped);
+}
+
 double MpvMediaPlayer::CurrentPosition() const {
     if (!isOpen()) return 0.0;
+    if (playsSong()) return song_.position();
     if (seekPending()) return *pendingSeek_;
     return std::max(0.0, doubleProperty(mpv_, "time-pos").value_or(0.0));
 }
@@ -359,6 +386,7 @@ void MpvMediaPlayer::setCurrentPosition(double seconds) {
 }
 
 void MpvMediaPlayer::seekTo(double seconds) {
+    if (playsSong()) return song_.seek(seconds);
     const QByteArray target = QByteArray::number(seconds, 'f', 6);
     command(mpv_, {"seek", target.constData(), "absolute+exact"});
     pendingSeek_ = seconds;
@@ -372,6 +400,7 @@ bool MpvMediaPlayer::seekPending() const {
 
 double MpvMediaPlayer::Duration() const {
     if (!isOpen()) return 0.0;
+    if (playsSong()) return song_.duration();
     return doubleProperty(mpv_, "duration").value_or(0.0);
 }
 
@@ -380,6 +409,7 @@ QString MpvMediaPlayer::mpvProperty(const char* name) const {
 }
 
 bool MpvMediaPlayer::atEnd() const {
+    if (playsSong()) return song_.atEnd();
     return flagProperty(mpv_, "eof-reached");
 }
 
@@ -440,13 +470,24 @@ bool MpvMediaPlayer::drawsOnSurface() const {
     return voOverride_.isEmpty() && withOpenGL.contains(QGuiApplication::platformName());
 }
 
+void MpvMediaPlayer::applySongGains() {
+    // mpv's mapping, so that a song sounds as loud as it did through mpv: the percentage
+    // below, cubed.
+    const double level = std::pow((100.0 + Volume() / 100.0) / 100.0, 3);
+    const int b = Balance();
+    song_.setGains(float(level * (b > 0 ? 1.0 - b / 1000.0 : 1.0)),
+                   float(level * (b < 0 ? 1.0 + b / 1000.0 : 1.0)));
+}
+
 void MpvMediaPlayer::applyVolume() {
+    applySongGains();
     if (!mpv_) return;
     double percent = 100.0 + Volume() / 100.0;
     mpv_set_property(mpv_, "volume", MPV_FORMAT_DOUBLE, &percent);
 }
 
 void MpvMediaPlayer::applyBalance() {
+    applySongGains();
     if (!mpv_) return;
     const int b = Balance();
     if (b == 0) {

@@ -1,5 +1,7 @@
 #pragma once
-// The media player on libmpv, one mpv handle per control.
+// The media player on libmpv, one mpv handle per control, made with the first file mpv
+// plays. Songs are played by SongPlayback instead, where it takes them, and libmpv is then
+// never loaded for them.
 //
 // mpv runs its own threads; its wakeup callback only queues a call to drainEvents() on
 // the UI thread, which takes every pending mpv event, so state changes and signals all
@@ -33,6 +35,7 @@
 #include <vector>
 
 #include "platform/mediaplayer/MediaPlayer.h"
+#include "platform/mediaplayer/SongPlayback.h"
 
 struct mpv_handle;
 struct mpv_event;
@@ -48,7 +51,7 @@ class MpvMediaPlayer : public MediaPlayer {
     explicit MpvMediaPlayer(QObject* parent = nullptr);
     ~MpvMediaPlayer() override;
 
-    // False when mpv could not be started; every file is then refused.
+    // False until mpv plays a file, or when it could not be started.
     bool isValid() const { return mpv_ != nullptr; }
     // How long setting a file name may wait for the file to open (10 s unless changed).
     void setOpenTimeout(int ms) { openTimeoutMs_ = ms; }
@@ -77,8 +80,11 @@ class MpvMediaPlayer : public MediaPlayer {
     void applyDisplaySize() override;
 
   private:
+    void applySongGains();
     enum class Outcome { None, Pending, Loaded, Failed };
 
+    // Makes the mpv handle if there is none (or it quit); false when mpv cannot start.
+    bool ensureHandle();
     void createHandle();
     void destroyHandle();
     static void wakeup(void* self);
@@ -93,8 +99,13 @@ class MpvMediaPlayer : public MediaPlayer {
     bool drawsOnSurface() const;
     void seekTo(double seconds);
     bool seekPending() const;
-    // Open, and still held by mpv (a file that broke off while playing is not).
-    bool isOpen() const { return mpv_ && outcome_ == Outcome::Loaded && OpenState() == mpoOpen; }
+    // Open, and still held by mpv or the song player (a file that broke off while playing
+    // in mpv is not).
+    bool isOpen() const {
+        return (song_.isOpen() || mpv_) && outcome_ == Outcome::Loaded && OpenState() == mpoOpen;
+    }
+    bool playsSong() const { return song_.isOpen(); }
+    void songEnded();
     bool atEnd() const;
     bool hasAudioOrVideo() const;
     void readImageSize();
@@ -128,6 +139,10 @@ class MpvMediaPlayer : public MediaPlayer {
     qint64 seekIssuedMs_ = 0;
     int imageWidth_ = 0;
     int imageHeight_ = 0;
+    // Last, so that its thread ends before anything it reports to goes.
+    SongPlayback song_{[this] {
+        QMetaObject::invokeMethod(this, &MpvMediaPlayer::songEnded, Qt::QueuedConnection);
+    }};
 };
 
 }  // namespace cantovel
