@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "app/FileNames.h"
@@ -83,6 +84,7 @@ bool SongPlayback::open(const QString& path) {
 
 void SongPlayback::close() {
     halt();
+    if (server_) pa_simple_free(std::exchange(server_, nullptr));
     if (file_) sf_close(file_);
     file_ = nullptr;
     frames_ = 0;
@@ -111,7 +113,10 @@ void SongPlayback::play() {
     if (!file_) return;
     halt();
     atEnd_ = false;
-    halt_ = false;
+    {
+        std::lock_guard lock(mutex_);
+        halt_ = false;
+    }
     thread_ = std::thread([this, from = heard_.load()] { run(from); });
 }
 
@@ -139,26 +144,36 @@ bool SongPlayback::waitForHalt(std::chrono::steady_clock::time_point until) {
     return wake_.wait_until(lock, until, [this] { return halt_; });
 }
 
+qint64 SongPlayback::heardFrom(pa_simple* server, qint64 from, qint64 written) const {
+    const qint64 held = qint64(pa_simple_get_latency(server, nullptr)) * rate_ / 1000000;
+    return std::clamp<qint64>(from + written - held, from, frames_);
+}
+
 void SongPlayback::run(qint64 from) {
     using Clock = std::chrono::steady_clock;
     const auto halted = [this] {
         std::lock_guard lock(mutex_);
         return halt_;
     };
-    pa_simple* server = nullptr;
-    if (output_ == Output::Pulse) {
+    // One stream for the file, from its first play to its close: a new stream on the sound
+    // server starts to sound up to a second and a half late, where one that is only
+    // flushed resumes at once.
+    if (output_ == Output::Pulse && !server_) {
         const pa_sample_spec spec{PA_SAMPLE_FLOAT32NE, uint32_t(rate_), 2};
         const uint32_t second = uint32_t(pa_bytes_per_second(&spec));
         // Half a second held in the server, asked for a tenth at a time: few wakeups.
         pa_buffer_attr attr;
         attr.maxlength = uint32_t(-1);
         attr.tlength = second / 2;
-        attr.prebuf = uint32_t(-1);
+        // Playing starts with the first tenth: the server's own start waits for more than it
+        // lets a writer give it, and comes late.
+        attr.prebuf = second / 10;
         attr.minreq = second / 10;
         attr.fragsize = uint32_t(-1);
-        server = pa_simple_new(nullptr, "Cantovel", PA_STREAM_PLAYBACK, nullptr, "Playback", &spec,
-                               nullptr, &attr, nullptr);
+        server_ = pa_simple_new(nullptr, "Cantovel", PA_STREAM_PLAYBACK, nullptr, "Playback", &spec,
+                                nullptr, &attr, nullptr);
     }
+    pa_simple* const server = server_;
     sf_seek(file_, from, SEEK_SET);
     const qint64 block = std::max(1, rate_ / 10);
     std::vector<float> in(size_t(block * channels_)), out(size_t(block * 2));
@@ -181,11 +196,12 @@ void SongPlayback::run(qint64 from) {
         if (server) {
             if (pa_simple_write(server, out.data(), size_t(read) * 2 * sizeof(float), nullptr) <
                 0) {
+                // The server went away: the next play tries a new one.
+                pa_simple_free(std::exchange(server_, nullptr));
                 end = true;
                 break;
             }
-            const qint64 held = qint64(pa_simple_get_latency(server, nullptr)) * rate_ / 1000000;
-            heard_ = std::clamp<qint64>(from + written - held, from, frames_);
+            heard_ = heardFrom(server, from, written);
         } else {
             if (output_ == Output::Null &&
                 waitForHalt(start + std::chrono::microseconds(written * 1000000 / rate_)))
@@ -193,10 +209,14 @@ void SongPlayback::run(qint64 from) {
             heard_ = std::min(from + written, frames_);
         }
     }
-    if (end && server) pa_simple_drain(server, nullptr);
-    if (server) {
-        if (!end) pa_simple_flush(server, nullptr);
-        pa_simple_free(server);
+    if (server && server_) {
+        if (end) {
+            pa_simple_drain(server, nullptr);
+        } else {
+            // Halted: what the server still holds was never heard, and plays on next time.
+            heard_ = heardFrom(server, from, written);
+            pa_simple_flush(server, nullptr);
+        }
     }
     if (end && !halted()) {
         heard_ = frames_;

@@ -20,6 +20,7 @@
 #include <thread>
 
 struct sf_private_tag;
+struct pa_simple;
 
 namespace cantovel {
 
@@ -43,7 +44,8 @@ class SongPlayback {
     // Moves to `seconds`, playing on from there when playing.
     void seek(double seconds);
     void play();
-    // Stops the sound at once, keeping the position heard last.
+    // Stops the sound at once, keeping the position heard last; in the last half second of
+    // the song it waits for the rest to be heard.
     void pause();
     // The last play reached the end (and nothing moved since).
     bool atEnd() const { return atEnd_; }
@@ -54,9 +56,11 @@ class SongPlayback {
     enum class Output { None, Pulse, Null, NullUntimed };
     static Output chosenOutput();
     void run(qint64 from);
+    // The frame heard, with `written` frames written to the server from frame `from`.
+    qint64 heardFrom(pa_simple* server, qint64 from, qint64 written) const;
     // Ends the playing thread, if any; the position stays where the sound was.
     void halt();
-    // Waits up to `ms` for a halt; true when asked to halt.
+    // Waits until `until` unless asked to halt first; true when asked to halt.
     bool waitForHalt(std::chrono::steady_clock::time_point until);
 
     std::function<void()> ended_;
@@ -65,6 +69,9 @@ class SongPlayback {
     int channels_ = 0;
     qint64 frames_ = 0;
     Output output_ = Output::None;
+    // The sound server's stream, made by the first play; used by the playing thread while
+    // it runs, else by the caller's.
+    pa_simple* server_ = nullptr;
 
     std::thread thread_;
     std::mutex mutex_;
