@@ -263,6 +263,8 @@ void frmMain::imgBalance_MouseMove(int Button, int, int X, int) {
 void frmMain::EQVolume(int Level) {
     const QRect before = imgEQ.rect;
     const qint64 width = CInt(Level * 1.61);
+    // Ten times a second while playing: an unchanged level paints nothing.
+    if (imgEQ.visible == (width != 0) && (width == 0 || width == before.width())) return;
     if (width == 0) {
         imgEQ.visible = false;
     } else {
