@@ -164,6 +164,7 @@ TEST_F(AssociateTest, EveryBoundExtensionOpensInTheProgramByTheDesktopsOwnTools)
     }
     frmAssociate& w = window();
     w.Command1->click();
+    for (const auto& t : w.typeBoxes()) EXPECT_TRUE(t.box->isChecked());
     w.Check24->setChecked(true);
     w.Command3->click();
     // The program has its package compiled in the background; the test waits for its own run.
@@ -192,6 +193,14 @@ TEST_F(AssociateTest, EveryBoundExtensionOpensInTheProgramByTheDesktopsOwnTools)
 }
 
 TEST_F(AssociateTest, ProcessingBindsTheTickedTypesAndReopeningShowsThemTicked) {
+    // Nothing ticked: nothing is called, and the window says so.
+    process({}, true);
+    EXPECT_FALSE(window().LastResult.has_value());
+    EXPECT_TRUE(registry().subKeys(HKCR, {}).isEmpty());
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"No file types were selected, so no media files were associated "
+                          "with Cantovel."});
+    msgBox().reset();
     process({window().Check8, window().Check11, window().Check1}, true);
     EXPECT_EQ(msgBox().texts(), QStringList{kSuccess});
     EXPECT_EQ(cr(".mp3"), "Cantovel");
@@ -228,7 +237,7 @@ TEST_F(AssociateTest, ProcessingBindsTheTickedTypesAndReopeningShowsThemTicked) 
     EXPECT_EQ(ReadAppSetting("Same Instance Load", "x"), "0");
 }
 
-TEST_F(AssociateTest, UntickedBoxesPutBackOnlyWhatTheBackupsHold) {
+TEST_F(AssociateTest, UntickedBoxesPutBackOnlyWhatTheBackupsHoldAndTypesOthersStillBindStay) {
     process({window().Check5, window().Check13}, false);
     msgBox().reset();
     // The former desktop handler of WAV files is an entry the desktop knows.
@@ -253,10 +262,8 @@ TEST_F(AssociateTest, UntickedBoxesPutBackOnlyWhatTheBackupsHold) {
     process({}, false);
     EXPECT_EQ(cr(".mp3"), "mp3file");
     EXPECT_EQ(DesktopAssociations::defaultFor("audio/mpeg"), "");
-}
-
-TEST_F(AssociateTest, PuttingBackOneExtensionKeepsATypeTheOthersStillBind) {
     // ".dat" and the DirectShow names share the MPEG type with ".mpg" and ".mpeg".
+    msgBox().reset();
     process({window().Check2, window().Check4}, true);
     backup(".dat", "datfile");
     backup(".m1v", "m1vfile");
@@ -271,21 +278,6 @@ TEST_F(AssociateTest, PuttingBackOneExtensionKeepsATypeTheOthersStillBind) {
     backup(".mpv", "mpgfile");
     process({}, true);
     EXPECT_EQ(DesktopAssociations::defaultFor("video/mpeg"), "");
-}
-
-TEST_F(AssociateTest, ClearAllThenProcessCallsNothingAndSaysSo) {
-    frmAssociate& w = window();
-    w.Command1->click();
-    for (const auto& t : w.typeBoxes()) EXPECT_TRUE(t.box->isChecked());
-    w.Check24->setChecked(true);
-    w.Command2->click();
-    EXPECT_TRUE(w.Check24->isChecked());
-    w.Command3->click();
-    EXPECT_FALSE(w.LastResult.has_value());
-    EXPECT_TRUE(registry().subKeys(HKCR, {}).isEmpty());
-    EXPECT_EQ(msgBox().texts(),
-              QStringList{"No file types were selected, so no media files were associated "
-                          "with Cantovel."});
 }
 
 TEST_F(AssociateTest, OnlyTheLastCallDecidesTheMessage) {

@@ -85,7 +85,10 @@ TEST(DesktopFiles, TheEntryAndTheSoftwareCentreDataPassTheDesktopsCheckers) {
 
 class DefaultApplicationsTest : public MainWindowFixture {};
 
-TEST_F(DefaultApplicationsTest, AStartThatBindsNothingNewLeavesTheListAsItWas) {
+TEST_F(DefaultApplicationsTest, AStartKeepsTheUsersListAndItsEntryKeepsWhatTheInstalledOneTells) {
+    const QString resources = resourcesFolder();
+    if (resources.isEmpty())
+        GTEST_SKIP() << "the source tree's resources/ folder is not beside the build";
     // The user's list keeps its files elsewhere (a link into a folder of dotfiles), holds a
     // name that is no UTF-8, and already binds the program's playlists.
     const QString target = tempDir() + "/dotfiles/mimeapps.list";
@@ -101,25 +104,6 @@ TEST_F(DefaultApplicationsTest, AStartThatBindsNothingNewLeavesTheListAsItWas) {
     const QString list = DesktopAssociations::mimeAppsPath();
     QDir().mkpath(QFileInfo(list).absolutePath());
     ASSERT_TRUE(QFile::link(target, list));
-
-    load();
-    EXPECT_EQ(bytesOf(target), before);
-    EXPECT_TRUE(QFileInfo(list).isSymLink());
-
-    // A binding that does change is written through the link; the other lines keep
-    // their bytes.
-    ASSERT_TRUE(AssociateFileType(".mp3", {}, {}, {}, {}, false, "Cantovel"));
-    EXPECT_TRUE(QFileInfo(list).isSymLink());
-    const QByteArray after = bytesOf(target);
-    EXPECT_TRUE(after.contains("text/plain=caf\xe9-editor.desktop;\n")) << after.toStdString();
-    EXPECT_TRUE(after.contains("audio/mpeg=cantovel.desktop;\n")) << after.toStdString();
-    EXPECT_TRUE(after.startsWith("# kept by hand\n"));
-}
-
-TEST_F(DefaultApplicationsTest, TheUsersOwnEntryKeepsWhatTheInstalledOneTellsTheDesktop) {
-    const QString resources = resourcesFolder();
-    if (resources.isEmpty())
-        GTEST_SKIP() << "the source tree's resources/ folder is not beside the build";
     // The installed entry, in the system's data folders.
     const QString system = tempDir() + "/system";
     QDir().mkpath(system + "/applications");
@@ -128,8 +112,11 @@ TEST_F(DefaultApplicationsTest, TheUsersOwnEntryKeepsWhatTheInstalledOneTellsThe
     ScopedEnv env;
     env.set("XDG_DATA_DIRS", system);
 
-    // Every start binds the playlists, which writes the user's entry over the installed one.
+    // Every start binds the playlists, which leaves the list as it was and writes the user's
+    // entry over the installed one.
     load();
+    EXPECT_EQ(bytesOf(target), before);
+    EXPECT_TRUE(QFileInfo(list).isSymLink());
     const QString own = DesktopAssociations::applicationsFolder() + "/cantovel.desktop";
     const QString text = QString::fromUtf8(bytesOf(own));
     EXPECT_TRUE(text.contains("Comment=Play media files and convert audio\n"))
@@ -139,6 +126,15 @@ TEST_F(DefaultApplicationsTest, TheUsersOwnEntryKeepsWhatTheInstalledOneTellsThe
     for (const char* type :
          {"audio/flac;", "application/vnd.ms-asf;", "application/x-cantovel-playlist;"})
         EXPECT_TRUE(text.contains(QLatin1String(type))) << type;
+
+    // A binding that does change is written through the link; the other lines keep
+    // their bytes.
+    ASSERT_TRUE(AssociateFileType(".mp3", {}, {}, {}, {}, false, "Cantovel"));
+    EXPECT_TRUE(QFileInfo(list).isSymLink());
+    const QByteArray after = bytesOf(target);
+    EXPECT_TRUE(after.contains("text/plain=caf\xe9-editor.desktop;\n")) << after.toStdString();
+    EXPECT_TRUE(after.contains("audio/mpeg=cantovel.desktop;\n")) << after.toStdString();
+    EXPECT_TRUE(after.startsWith("# kept by hand\n"));
     const QString entryCheck = QStandardPaths::findExecutable("desktop-file-validate");
     if (entryCheck.isEmpty()) return;
     const ToolRun check = run(entryCheck, {own});

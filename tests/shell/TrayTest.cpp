@@ -40,6 +40,8 @@ TEST_F(TrayTest, MinimisingHidesTheWindowTheIconTellsTheFileAndTheWayBackShowsIt
     EXPECT_TRUE(tray().cSysTray1.InTray());
     EXPECT_FALSE(tray().isVisible());
     EXPECT_EQ(tray().cSysTray1.shownTip(), "Cantovel");
+    tray().PrepareMenu();
+    EXPECT_FALSE(tray().mnuPause->isEnabled());  // nothing loaded
 
     openByDialog(media("Song.wav"));
     message(cSysTray::WM_MOUSEMOVE);
@@ -58,24 +60,13 @@ TEST_F(TrayTest, MinimisingHidesTheWindowTheIconTellsTheFileAndTheWayBackShowsIt
     EXPECT_FALSE(tray().cSysTray1.InTray());
     EXPECT_EQ(tray().cSysTray1.shownTip(), "");
 
+    // The menu on the right button's release, its rows following the player's state; its
+    // pause row pauses as the main menu's does.
     temp->mnuMinTray->trigger();
     message(cSysTray::WM_RBUTTONUP);
-    ASSERT_TRUE(tray().mnuPopup->isVisible());
-    EXPECT_EQ(tray().mnuPopup->defaultAction(), tray().mnuRestore);
-    tray().mnuRestore->trigger();
-    EXPECT_TRUE(main->isVisible());
-    EXPECT_FALSE(tray().cSysTray1.InTray());
-
-    // Without a notification area the window is minimised, not hidden.
-    cSysTray::setAvailableOverride(false);
-    temp->mnuMinTray->trigger();
-    EXPECT_TRUE(main->isVisible());
-    EXPECT_TRUE(main->isMinimized());
-    EXPECT_FALSE(tray().cSysTray1.InTray());
-}
-
-TEST_F(TrayTest, TheMenusRowsFollowThePlayersState) {
     frmTrayIcon& t = tray();
+    ASSERT_TRUE(t.mnuPopup->isVisible());
+    EXPECT_EQ(t.mnuPopup->defaultAction(), t.mnuRestore);
     EXPECT_EQ(
         rows(t.mnuPopup),
         (QStringList{"Restore Window", "Help", "Conversions", "Playlist Editor", "Seek Next",
@@ -85,16 +76,20 @@ TEST_F(TrayTest, TheMenusRowsFollowThePlayersState) {
     EXPECT_EQ(rows(t.mnuConversions),
               (QStringList{"WAV Batch Converter", "Convert CD Audio to WAV",
                            "Convert CD Audio to MP3", "Convert WAV to MP3", "Convery MP3 to WAV"}));
-    t.PrepareMenu();
-    EXPECT_FALSE(t.mnuPause->isEnabled());
-    EXPECT_FALSE(t.popSeekNext->isEnabled());
-
-    openByDialog(media("Song.wav"));
-    t.PrepareMenu();
     EXPECT_TRUE(t.mnuPause->isEnabled());
-    // The pause row pauses the player as the main menu does.
+    EXPECT_FALSE(t.popSeekNext->isEnabled());
     t.mnuPause->trigger();
     EXPECT_EQ(temp->mnuPause->text(), "&Resume");
     t.PrepareMenu();
     EXPECT_EQ(t.mnuPause->text(), "Resume");
+    t.mnuRestore->trigger();
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_FALSE(tray().cSysTray1.InTray());
+
+    // Without a notification area the window is minimised, not hidden.
+    cSysTray::setAvailableOverride(false);
+    temp->mnuMinTray->trigger();
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_TRUE(main->isMinimized());
+    EXPECT_FALSE(tray().cSysTray1.InTray());
 }
