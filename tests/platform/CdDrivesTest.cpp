@@ -78,12 +78,9 @@ TEST_F(CdDrivesTest, TrackFolderHoldsOneCdaFilePerAudioTrack) {
     EXPECT_EQ(cda->Start, uint32_t(disc.startSector(3)));
     EXPECT_EQ(cda->Length, 9000u);
     // 300 + 1000 sectors from the start of the program area, plus the two-second lead-in.
-    EXPECT_EQ(cda->StartMin, 0);
-    EXPECT_EQ(cda->StartSec, (1300 + 150) / 75);
-    EXPECT_EQ(cda->StartFrame, (1300 + 150) % 75);
-    EXPECT_EQ(cda->LengthMin, 2);
-    EXPECT_EQ(cda->LengthSec, 0);
-    EXPECT_EQ(cda->LengthFrame, 0);
+    EXPECT_EQ(QList<int>({cda->StartMin, cda->StartSec, cda->StartFrame, cda->LengthMin,
+                          cda->LengthSec, cda->LengthFrame}),
+              QList<int>({0, (1300 + 150) / 75, (1300 + 150) % 75, 2, 0, 0}));
     // Every track of one disc carries the same serial, and it is not blank.
     EXPECT_NE(cda->Serial, 0u);
     EXPECT_EQ(CdaFile::read(folder + "/Track02.cda")->Serial, cda->Serial);
