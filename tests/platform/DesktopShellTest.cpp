@@ -181,9 +181,8 @@ TEST_F(DesktopShellTest, RecentListKeepsOneEntryPerPathAndOthersEntriesButNoDama
     EXPECT_EQ(marks[2].attribute("href"), QUrl::fromLocalFile(b).toEncoded());
 
     const QDomElement mine = marks[1];
-    EXPECT_FALSE(mine.attribute("added").isEmpty());
-    EXPECT_FALSE(mine.attribute("modified").isEmpty());
-    EXPECT_FALSE(mine.attribute("visited").isEmpty());
+    for (const char* stamp : {"added", "modified", "visited"})
+        EXPECT_FALSE(mine.attribute(stamp).isEmpty()) << stamp;
     EXPECT_EQ(mine.elementsByTagName("mime:mime-type").at(0).toElement().attribute("type"),
               QMimeDatabase().mimeTypeForFile(a).name());
     const QDomNodeList apps = mine.elementsByTagName("bookmark:application");
