@@ -102,7 +102,10 @@ void FileQueueForm::nextFile() {
         // Never cleared again: a later stopped run reports success too.
         Finished = true;
         List1->setEnabled(true);
-        List1->clear();
+        // The run's own files leave the list; files dropped on it during the run (added
+        // after them) stay for the next run instead of vanishing unconverted.
+        for (qsizetype i = 0; i < FileQueue.size() && List1->count() > 0; ++i)
+            delete List1->takeItem(0);
         if (Running) stopRun();
         return;
     }

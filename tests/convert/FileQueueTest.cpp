@@ -184,6 +184,9 @@ TEST_F(EncodeQueueTest, DropsTakeWavFilesAndTheWavFilesOfFoldersAlsoDuringARun) 
     EXPECT_EQ(encoder().run.setFilesCalls.size(), 2);
     EXPECT_EQ(w.Label1->text(), kSuccess);
     EXPECT_TRUE(msgBox().shown.isEmpty());
+    // The files the run converted leave the list; those dropped during it wait for the next.
+    EXPECT_EQ(rows(w.List1),
+              QStringList({folder + QStringLiteral("/a.wav"), folder + QStringLiteral("/b.wav")}));
 }
 
 TEST_F(EncodeQueueTest, EditingFollowsTheSelectionAndIsRefusedDuringARun) {
