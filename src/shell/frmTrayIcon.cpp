@@ -8,6 +8,7 @@
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
 #include "shell/DesktopResources.h"
+#include "shell/WindowHelpers.h"
 
 namespace cantovel {
 
@@ -137,6 +138,7 @@ void frmTrayIcon::mnuRestore_Click() {
         // X reports a withdrawn window as minimised, so a window hidden in the tray can
         // come back marked so, and a show would map it as an icon.
         main->setWindowState(main->windowState() & ~Qt::WindowMinimized);
+        MapNormally(main);
         main->show();
         main->raise();
         main->activateWindow();
