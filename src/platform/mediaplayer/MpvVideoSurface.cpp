@@ -119,6 +119,14 @@ void MpvVideoSurface::setDrawing(bool on) {
     if (outputChanged_) outputChanged_(on);
 }
 
+void MpvVideoSurface::showEvent(QShowEvent* event) {
+    QOpenGLWidget::showEvent(event);
+    // Shown again with its old context (a window re-created for stay-on-top, say), the
+    // surface is composed from its last picture without a paint of its own; ask for one,
+    // or mpv would stay on the null output and the old picture on the screen.
+    update();
+}
+
 void MpvVideoSurface::hideEvent(QHideEvent* event) {
     QOpenGLWidget::hideEvent(event);
     setDrawing(false);

@@ -40,6 +40,7 @@ class MpvVideoSurface : public QOpenGLWidget {
   protected:
     void initializeGL() override;
     void paintGL() override;
+    void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
