@@ -17,6 +17,14 @@ const QScreen* screenOf(const QWidget* window) {
     if (window && window->screen()) return window->screen();
     return QGuiApplication::primaryScreen();
 }
+
+// The window manager has told the frame's edges. Asked of the native window alone: its
+// geometry and the widget's own can differ for a moment (a resize on its way), which is
+// no frame.
+bool hasFrame(const QWidget* window) {
+    const QWindow* handle = window->windowHandle();
+    return window->isVisible() && handle && !handle->frameMargins().isNull();
+}
 }  // namespace
 
 QRect OuterGeometry(const QWidget* window) {
@@ -31,10 +39,17 @@ QSize ChromeSize(const QWidget* window, const QWidget* inside) {
 }
 
 void SetOuterGeometry(QWidget* window, const QRect& outer) {
-    // The inside stands where the frame's edges put it.
-    const QRect frame = OuterGeometry(window), inside = window->geometry();
-    window->setGeometry(QRect(outer.topLeft() + (inside.topLeft() - frame.topLeft()),
-                              outer.size() - (frame.size() - inside.size())));
+    // The inside stands where the frame's edges put it: those the window manager told, or
+    // for a hidden window the last Qt knew.
+    QMargins edges;
+    if (const QWindow* handle = window->windowHandle(); handle && window->isVisible()) {
+        edges = handle->frameMargins();
+    } else {
+        const QRect frame = window->frameGeometry(), inside = window->geometry();
+        edges = QMargins(inside.left() - frame.left(), inside.top() - frame.top(),
+                         frame.right() - inside.right(), frame.bottom() - inside.bottom());
+    }
+    window->setGeometry(outer.marginsRemoved(edges));
 }
 
 bool KeepOuterMinimum(QWidget* window, int twips) {
@@ -58,7 +73,7 @@ bool IsFramed(const QWidget* window) {
     static const bool noManager = QGuiApplication::platformName() == QLatin1String("offscreen") ||
                                   QGuiApplication::platformName() == QLatin1String("minimal");
     if (noManager) return true;
-    return window->isVisible() && OuterGeometry(window) != window->geometry();
+    return hasFrame(window);
 }
 
 void WhenFramed(QWidget* window, std::function<void()> then) {
@@ -76,7 +91,7 @@ void WhenFramed(QWidget* window, std::function<void()> then) {
     waited->start();
     QObject::connect(poll, &QTimer::timeout, window, [window, poll, then, shownFor, waited] {
         if (window->isVisible() && !shownFor->isValid()) shownFor->start();
-        const bool framed = window->isVisible() && OuterGeometry(window) != window->geometry();
+        const bool framed = hasFrame(window);
         const bool gaveUp =
             (shownFor->isValid() && shownFor->elapsed() > 10000) || waited->elapsed() > 60000;
         if (!framed && !gaveUp) return;
