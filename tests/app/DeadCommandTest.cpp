@@ -10,7 +10,6 @@
 #include <QSet>
 
 #include "app/Forms.h"
-#include "app/ProductionComponents.h"
 #include "cd/frmCDDBMain.h"
 #include "cd/frmCDPlayer.h"
 #include "convert/frmBatchConvert.h"
@@ -18,7 +17,6 @@
 #include "convert/frmCDtoWAV.h"
 #include "convert/frmDecode.h"
 #include "convert/frmEncode.h"
-#include "platform/Components.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
 #include "playlist/frmPlaylist.h"
@@ -29,19 +27,6 @@
 #include "skin/frmDisclaimer.h"
 #include "skin/frmSettings.h"
 #include "support/AppTest.h"
-#include "support/FakeCDReader.h"
-#include "support/FakeFileDialogs.h"
-#include "support/FakeFilmPlayer.h"
-#include "support/FakeFormatChooser.h"
-#include "support/FakeMciDevice.h"
-#include "support/FakeMediaPlayer.h"
-#include "support/FakeMixer.h"
-#include "support/FakeMp3Decoder.h"
-#include "support/FakeMp3Encoder.h"
-#include "support/FakeShell.h"
-#include "support/FakeTrackExtractor.h"
-#include "support/FakeVideoCdDevice.h"
-#include "support/FakeWaveChain.h"
 #include "video/frmVideoCDPlayer.h"
 #include "video/frmVideoPlayer.h"
 #include "video/frmVideoPlaylistView.h"
@@ -107,26 +92,7 @@ class DeadCommandTest : public AppTest {
   protected:
     void SetUp() override {
         AppTest::SetUp();
-        Components::provideService<Mixer>(std::make_shared<FakeMixer>());
-        Components::provideService<Shell>(std::make_shared<FakeShell>());
-        Components::provideService<FileDialogs>(std::make_shared<FakeFileDialogs>());
-        FakeMediaPlayer::install();
-        FakeCDReader::install();
-        FakeFilmPlayer::install();
-        FakeVideoCdDevice::install(0);
-        FakeMp3Encoder::install();
-        FakeMp3Decoder::install();
-        FakeWaveChain::install();
-        FakeFormatChooser::install();
-        FakeTrackExtractor::install();
-        Components::provideFactory<MciDevice>([] { return std::make_unique<FakeMciDevice>(); });
-        // The program's own windows, not stand-ins.
-        registerProgramWindows();
-    }
-    void TearDown() override {
-        UnloadAllForms();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        AppTest::TearDown();
+        useProgramComponents();
     }
 };
 

@@ -26,13 +26,8 @@
 #include "support/AppTest.h"
 #include "support/AudioFixtures.h"
 #include "support/FakeCDReader.h"
-#include "support/FakeFileDialogs.h"
 #include "support/FakeInstanceLink.h"
 #include "support/FakeMediaPlayer.h"
-#include "support/FakeMixer.h"
-#include "support/FakeQueueView.h"
-#include "support/FakeShell.h"
-#include "support/FakeVideoPlayerWindow.h"
 #include "support/RealMpv.h"
 
 using namespace cantovel;
@@ -44,22 +39,13 @@ class LifetimeTest : public AppTest {
   protected:
     void SetUp() override {
         AppTest::SetUp();
+        useProgramComponents();
         Components::provideService<Clock>(std::make_shared<QtClock>());
-        Components::provideService<Mixer>(std::make_shared<FakeMixer>());
-        Components::provideService<Shell>(std::make_shared<FakeShell>());
-        Components::provideService<FileDialogs>(std::make_shared<FakeFileDialogs>());
         // A link folder of its own: other programs' tests on this machine use the shared one.
         Components::provideFactory<InstanceLink>(
             [this] { return std::make_unique<LocalInstanceLink>(linkFolder()); });
         FakeCDReader::install();
-        FakeQueueView::install();
-        FakeVideoPlayerWindow::install();
         FakeMediaPlayer::install();
-    }
-    void TearDown() override {
-        UnloadAllForms();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        AppTest::TearDown();
     }
 
     QString linkFolder() const { return tempDir() + QStringLiteral("/link"); }

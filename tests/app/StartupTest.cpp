@@ -32,14 +32,6 @@ class StartupTest : public AppTest {
         Components::provideFactory<InstanceLink>(
             [folder] { return std::make_unique<LocalInstanceLink>(folder); });
     }
-    void TearDown() override {
-        closeAll();
-        AppTest::TearDown();
-    }
-    static void closeAll() {
-        UnloadAllForms();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
     frmMain* start() {
         // A main window closed before must be gone, and with it its hold on the link.
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -80,7 +72,7 @@ TEST_F(StartupTest, VolumesComeFromTheSettingAndTheMixerAndOutOfRangeNumbersAreS
     EXPECT_EQ(main->PlayerVolume, 50);
     EXPECT_EQ(main->MasterVolume, 64);
     EXPECT_EQ(frmTemp::get().MP->Volume(), -5000);
-    closeAll();
+    unloadTheProgram();
 
     // A volume past a byte and a position past any screen: each statement is passed over.
     for (const char* volume : {"300", "-5"}) {
@@ -92,7 +84,7 @@ TEST_F(StartupTest, VolumesComeFromTheSettingAndTheMixerAndOutOfRangeNumbersAreS
         EXPECT_EQ(main->PlayerVolume, 0) << volume;
         const double tpp = 1440.0 / main->screen()->logicalDotsPerInchX();
         EXPECT_EQ(main->x(), qRound(150 / tpp));
-        closeAll();
+        unloadTheProgram();
     }
 }
 

@@ -14,6 +14,7 @@
 #include "player/PlayerTest.h"
 #include "shell/cSysTray.h"
 #include "shell/frmTrayIcon.h"
+#include "support/AudioFixtures.h"
 #include "support/DesktopSession.h"
 #include "support/FakeMixer.h"
 #include "support/ScopedEnv.h"
@@ -24,12 +25,6 @@ using namespace cantovel::test;
 namespace {
 
 const bool desktop = requestDesktopSession();
-
-// Runs events until `done` holds or a generous limit passes; the answer is `done`'s.
-bool waitUntil(const std::function<bool()>& done, int limitMs = 10000) {
-    for (int waited = 0; !done() && waited < limitMs; waited += 20) QTest::qWait(20);
-    return done();
-}
 
 QByteArray field(const char* text, int size) {
     QByteArray f(text);

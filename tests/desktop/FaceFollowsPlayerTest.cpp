@@ -8,13 +8,8 @@
 #include <QTest>
 
 #include "app/Forms.h"
-#include "app/ProductionComponents.h"
 #include "app/SubMain.h"
 #include "platform/Components.h"
-#include "platform/clock/QtClock.h"
-#include "platform/filmplayer/MpvFilmPlayer.h"
-#include "platform/instance/LocalInstanceLink.h"
-#include "platform/mediaplayer/MpvMediaPlayer.h"
 #include "player/PlayerWindows.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
@@ -22,11 +17,8 @@
 #include "support/AppTest.h"
 #include "support/AudioFixtures.h"
 #include "support/DesktopSession.h"
-#include "support/FakeCDReader.h"
 #include "support/FakeFileDialogs.h"
-#include "support/FakeMixer.h"
-#include "support/FakeMruList.h"
-#include "support/FakeShell.h"
+#include "support/RealMpv.h"
 #include "support/ScopedEnv.h"
 #include "support/TestFilms.h"
 #include "video/frmVideoPlayer.h"
@@ -45,30 +37,13 @@ class FaceFollowsPlayerTest : public AppTest {
     void SetUp() override {
         AppTest::SetUp();
         REQUIRE_DESKTOP_SESSION();
-        env.set("CANTOVEL_AO", QByteArray("null"));
-        Components::provideService<Clock>(std::make_shared<QtClock>());
-        Components::provideService<Mixer>(std::make_shared<FakeMixer>());
-        Components::provideService<Shell>(std::make_shared<FakeShell>());
+        // The program as it runs, on real players, with files chosen by the test.
+        useProgramComponents();
+        RealMpv::install(env, false, {}, true);
         Components::provideService<FileDialogs>(dialogs);
-        Components::provideFactory<InstanceLink>(
-            [] { return std::make_unique<LocalInstanceLink>(); });
-        Components::provideFactory<MruList>([] { return std::make_unique<FakeMruList>(); });
-        FakeCDReader::install();
-        Components::provideFactory<MediaPlayer>([] { return std::make_unique<MpvMediaPlayer>(); });
-        Components::provideFactory<FilmPlayer>([] { return std::make_unique<MpvFilmPlayer>(); });
-        // The program's own windows, not stand-ins.
-        registerProgramWindows();
         ASSERT_EQ(SubMain({QStringLiteral("cantovel")}), -1);
         main = frmMain::instance();
         ASSERT_TRUE(main && QTest::qWaitForWindowExposed(main));
-    }
-    void TearDown() override {
-        UnloadAllForms();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        AppTest::TearDown();
-    }
-    static bool waitFor(const std::function<bool()>& done, int ms = 30000) {
-        return Clock::get().wait(ms, done);
     }
     static bool playing(const MediaPlayer* mp) {
         return mp && mp->PlayState() == MediaPlayer::mpPlaying;
@@ -97,12 +72,12 @@ class FaceFollowsPlayerTest : public AppTest {
     }
     // Once `mp` has played three seconds, says whether the face shows that, to the second.
     ::testing::AssertionResult faceFollows(MediaPlayer* mp) {
-        if (!waitFor([&] { return mp->CurrentPosition() >= 3; }))
+        if (!RealMpv::waitFor([&] { return mp->CurrentPosition() >= 3; }))
             return ::testing::AssertionFailure() << "the file never played three seconds";
         QString shown;
         double at = 0;
         // The face's timer ticks ten times a second; a busy machine may delay a few ticks.
-        waitFor(
+        RealMpv::waitFor(
             [&] {
                 shown = elapsedOnFace();
                 at = mp->CurrentPosition();
@@ -130,7 +105,7 @@ TEST_F(FaceFollowsPlayerTest, ARowDoubleClickedInThePlaylistEditorDrivesTheFace)
     dialogs->scriptFiles({longer});
     QTest::keyClick(main, Qt::Key_O, Qt::ControlModifier);
     MediaPlayer* hidden = frmTemp::get().MP.get();
-    ASSERT_TRUE(waitFor([&] { return playing(hidden); }));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return playing(hidden); }));
 
     QTest::keyClick(main, Qt::Key_E, Qt::ControlModifier);
     auto* editor = Forms::find<frmPlaylist>();
@@ -144,12 +119,12 @@ TEST_F(FaceFollowsPlayerTest, ARowDoubleClickedInThePlaylistEditorDrivesTheFace)
         editor->lstPlayList->visualRect(editor->lstPlayList->model()->index(1, 0)).center());
 
     QueueView* queue = nullptr;
-    ASSERT_TRUE(
-        waitFor([&] { return (queue = loadedWindow<QueueView>()) && playing(queue->AM()); }));
+    ASSERT_TRUE(RealMpv::waitFor(
+        [&] { return (queue = loadedWindow<QueueView>()) && playing(queue->AM()); }));
     EXPECT_EQ(queue->AM()->fileName(), row);
     EXPECT_FALSE(playing(hidden)) << "two files sound at once";
     EXPECT_TRUE(faceFollows(queue->AM()));
-    EXPECT_TRUE(waitFor([&] { return idle(); }));
+    EXPECT_TRUE(RealMpv::waitFor([&] { return idle(); }));
 }
 
 TEST_F(FaceFollowsPlayerTest, AFileHandedOverBesideAFinishedFilmsWindowDrivesTheFace) {
@@ -161,8 +136,8 @@ TEST_F(FaceFollowsPlayerTest, AFileHandedOverBesideAFinishedFilmsWindowDrivesThe
     dialogs->scriptFiles({film});
     QTest::keyClick(main, Qt::Key_O, Qt::ControlModifier);
     auto* video = Forms::find<frmVideoPlayer>();
-    ASSERT_TRUE(video && waitFor([&] { return playing(video->MP()); }));
-    ASSERT_TRUE(waitFor([&] { return !playing(video->MP()); }));
+    ASSERT_TRUE(video && RealMpv::waitFor([&] { return playing(video->MP()); }));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return !playing(video->MP()); }));
     ASSERT_TRUE(video->isVisible());
 
     // A later start hands the song over.
@@ -174,10 +149,10 @@ TEST_F(FaceFollowsPlayerTest, AFileHandedOverBesideAFinishedFilmsWindowDrivesThe
     later.flush();
 
     MediaPlayer* hidden = frmTemp::get().MP.get();
-    ASSERT_TRUE(waitFor([&] { return playing(hidden); }));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return playing(hidden); }));
     EXPECT_EQ(hidden->fileName(), song);
     EXPECT_TRUE(faceFollows(hidden));
-    EXPECT_TRUE(waitFor([&] { return idle(); }));
+    EXPECT_TRUE(RealMpv::waitFor([&] { return idle(); }));
 }
 
 }  // namespace

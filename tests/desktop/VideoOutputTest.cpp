@@ -12,6 +12,7 @@
 #include "../video/VideoTest.h"
 #include "platform/videocd/CdioVideoCdDevice.h"
 #include "support/DesktopSession.h"
+#include "support/RealMpv.h"
 #include "support/ScopedEnv.h"
 #include "support/TestFilms.h"
 #include "support/TestVideoCd.h"
@@ -38,26 +39,15 @@ class VideoOutputTest : public VideoTest {
         VideoTest::SetUp();
     }
     void installPlayers() override {
-        env.set("CANTOVEL_AO", QByteArray("null"));
-        installMpvPlayers();
-        Components::provideFactory<QueueView>(
-            [] { return std::make_unique<frmVideoPlaylistView>(); });
+        RealMpv::install(env, false, {}, true);
         Components::provideFactory<VideoCdDevice>(
             [] { return std::make_unique<CdioVideoCdDevice>(); });
     }
-    void TearDown() override {
-        if (main) VideoTest::TearDown();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-
     QString solidFilm(const QString& name, const QString& colour, double seconds = 10,
                       QSize size = QSize(320, 240)) {
         const QString path = tempDir() + u'/' + name;
         EXPECT_TRUE(writeTestFilm(path, seconds, size, colour)) << qPrintable(name);
         return path;
-    }
-    static bool waitFor(const std::function<bool()>& done, int ms = 30000) {
-        return Clock::get().wait(ms, done);
     }
     // The colour the screen shows at `at` inside `w` (its centre by default).
     static QColor screenColour(const QWidget* w, QPoint at = QPoint(-1, -1)) {
@@ -75,7 +65,7 @@ class VideoOutputTest : public VideoTest {
     static ::testing::AssertionResult shows(const QWidget* w, const QColor& colour,
                                             QPoint at = QPoint(-1, -1)) {
         QColor seen;
-        const bool ok = waitFor([&] {
+        const bool ok = RealMpv::waitFor([&] {
             seen = screenColour(w, at);
             return w->isVisible() && near(seen, colour);
         });
@@ -90,7 +80,7 @@ class VideoOutputTest : public VideoTest {
     // Keys pressed on the X server, where a user's keys come from, into the active window.
     static void typeKeys(QWidget* w, const QStringList& keys) {
         w->activateWindow();
-        ASSERT_TRUE(waitFor([&] { return w->isActiveWindow(); }, 10000));
+        ASSERT_TRUE(RealMpv::waitFor([&] { return w->isActiveWindow(); }, 10000));
         for (const QString& key : keys) {
             QProcess::execute(QStringLiteral("xdotool"), {QStringLiteral("key"), key});
             Clock::get().wait(150);
@@ -113,13 +103,15 @@ TEST_F(VideoOutputTest, TheVideoPlayerShowsAnMp4ThroughFullScreenAndBackAndEscap
     EXPECT_TRUE(shows(w->MPView, kRed));
 
     w->mnuFullScreen->trigger();
-    ASSERT_TRUE(waitFor([&] { return maximised(w) && w->MPView->size() == w->Inside->size(); }))
-        << w->isMaximized() << " " << qPrintable(QDebug::toString(OuterGeometry(w))) << " "
+    ASSERT_TRUE(RealMpv::waitFor([&] {
+        return maximised(w) && w->MPView->size() == w->Inside->size();
+    })) << w->isMaximized()
+        << " " << qPrintable(QDebug::toString(OuterGeometry(w))) << " "
         << qPrintable(QDebug::toString(w->MPView->size())) << " "
         << qPrintable(QDebug::toString(w->Inside->size()));
     EXPECT_TRUE(shows(w->MPView, kRed));
     w->mnuFullScreen->trigger();
-    ASSERT_TRUE(waitFor([&] { return !w->isMaximized(); }));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return !w->isMaximized(); }));
     EXPECT_FALSE(w->mnuFullScreen->isChecked());
     EXPECT_TRUE(shows(w->MPView, kRed));
 
@@ -129,9 +121,10 @@ TEST_F(VideoOutputTest, TheVideoPlayerShowsAnMp4ThroughFullScreenAndBackAndEscap
     // Into the menu from the keyboard and out again (Escape closes the menu, Escape leaves
     // the menu bar); then Escape is the window's again.
     typeKeys(w, {QStringLiteral("alt+f")});
-    ASSERT_TRUE(waitFor([] { return QApplication::activePopupWidget() != nullptr; }, 10000));
+    ASSERT_TRUE(
+        RealMpv::waitFor([] { return QApplication::activePopupWidget() != nullptr; }, 10000));
     typeKeys(w, {QStringLiteral("Escape"), QStringLiteral("Escape"), QStringLiteral("Escape")});
-    EXPECT_TRUE(waitFor([] { return Forms::find<frmVideoPlayer>() == nullptr; }, 10000));
+    EXPECT_TRUE(RealMpv::waitFor([] { return Forms::find<frmVideoPlayer>() == nullptr; }, 10000));
 }
 
 TEST_F(VideoOutputTest, AFilmFromTheCommandLineShowsAndTheVideoPlayerKeepsItsPlace) {
@@ -143,7 +136,7 @@ TEST_F(VideoOutputTest, AFilmFromTheCommandLineShowsAndTheVideoPlayerKeepsItsPla
         ASSERT_NE(w, nullptr);
         ASSERT_TRUE(shows(w->MPView, kRed)) << "cycle " << cycle;
         // Its title bar is on the screen, where the user can take it.
-        EXPECT_TRUE(waitFor([&] { return OuterGeometry(w).top() >= 0; }, 10000))
+        EXPECT_TRUE(RealMpv::waitFor([&] { return OuterGeometry(w).top() >= 0; }, 10000))
             << qPrintable(QDebug::toString(OuterGeometry(w)));
         w->close();
         ASSERT_EQ(Forms::find<frmVideoPlayer>(), nullptr);
@@ -168,17 +161,18 @@ TEST_F(VideoOutputTest, AQueueKeepsItsPictureOnTopAndOnToTheNextEntryAndItsWindo
     auto* w = Forms::find<frmVideoPlaylistView>();
     ASSERT_NE(w, nullptr);
     ASSERT_TRUE(shows(w->AMWidget(), kRed));
-    EXPECT_TRUE(waitFor([&] { return OuterGeometry(w).top() >= 0; }, 10000));
+    EXPECT_TRUE(RealMpv::waitFor([&] { return OuterGeometry(w).top() >= 0; }, 10000));
 
     w->OntopMenu->trigger();
-    ASSERT_TRUE(waitFor([&] { return bool(w->windowFlags() & Qt::WindowStaysOnTopHint); }));
+    ASSERT_TRUE(
+        RealMpv::waitFor([&] { return bool(w->windowFlags() & Qt::WindowStaysOnTopHint); }));
     EXPECT_TRUE(shows(w->AMWidget(), kRed));
     w->OntopMenu->trigger();
-    ASSERT_TRUE(waitFor([&] { return !(w->windowFlags() & Qt::WindowStaysOnTopHint); }));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return !(w->windowFlags() & Qt::WindowStaysOnTopHint); }));
     EXPECT_TRUE(shows(w->AMWidget(), kRed));
 
     // The second entry comes in the same window.
-    ASSERT_TRUE(waitFor([&] { return w->AM()->fileName() == blue; }));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return w->AM()->fileName() == blue; }));
     EXPECT_TRUE(shows(w->AMWidget(), kBlue));
     w->close();
     ASSERT_EQ(Forms::find<frmVideoPlaylistView>(), nullptr);
@@ -188,7 +182,7 @@ TEST_F(VideoOutputTest, AQueueKeepsItsPictureOnTopAndOnToTheNextEntryAndItsWindo
     for (int cycle = 0; cycle < 5; ++cycle) {
         auto* again = new frmVideoPlaylistView();
         again->show();
-        ASSERT_TRUE(waitFor([&] { return IsFramed(again); }));
+        ASSERT_TRUE(RealMpv::waitFor([&] { return IsFramed(again); }));
         again->unload();
         EXPECT_EQ(savedPlace("Video Playlist Viewer Top", "Video Playlist Viewer Left"), place)
             << "cycle " << cycle;
@@ -198,9 +192,9 @@ TEST_F(VideoOutputTest, AQueueKeepsItsPictureOnTopAndOnToTheNextEntryAndItsWindo
     setting("Playlist Full Screen", QStringLiteral("True"));
     auto* full = new frmVideoPlaylistView();
     full->show();
-    ASSERT_TRUE(waitFor([&] { return IsFramed(full); }));
+    ASSERT_TRUE(RealMpv::waitFor([&] { return IsFramed(full); }));
     QString name;
-    EXPECT_TRUE(waitFor(
+    EXPECT_TRUE(RealMpv::waitFor(
         [&] {
             QProcess p;
             p.start(QStringLiteral("xprop"),
@@ -226,7 +220,7 @@ TEST_F(VideoOutputTest, TheVivoPlayerCentresItsPictureAndKeepsItOnTopFullScreenA
     ASSERT_TRUE(shows(w->VvWeb1View, kRed));
     // Centred by its frame, as the user sees it.
     const QSize screen = ScreenSize(w);
-    ASSERT_TRUE(waitFor([&] {
+    ASSERT_TRUE(RealMpv::waitFor([&] {
         const QRect outer = OuterGeometry(w);
         return std::abs(outer.top() - (screen.height() - outer.height()) / 2) <= 1 &&
                std::abs(outer.left() - (screen.width() - outer.width()) / 2) <= 1;
@@ -234,17 +228,20 @@ TEST_F(VideoOutputTest, TheVivoPlayerCentresItsPictureAndKeepsItOnTopFullScreenA
     EXPECT_EQ(w->size(), QSize(320, 240));
 
     w->OntopMenu->trigger();
-    ASSERT_TRUE(waitFor([&] { return bool(w->windowFlags() & Qt::WindowStaysOnTopHint); }));
+    ASSERT_TRUE(
+        RealMpv::waitFor([&] { return bool(w->windowFlags() & Qt::WindowStaysOnTopHint); }));
     EXPECT_TRUE(shows(w->VvWeb1View, kRed));
     w->OntopMenu->trigger();
     EXPECT_TRUE(shows(w->VvWeb1View, kRed));
 
     // Full screen: the picture fills the maximised window, far beyond the film's own size.
     w->FullScreenMenu->trigger();
-    ASSERT_TRUE(waitFor([&] { return maximised(w) && w->VvWeb1View->size() == w->size(); }));
+    ASSERT_TRUE(
+        RealMpv::waitFor([&] { return maximised(w) && w->VvWeb1View->size() == w->size(); }));
     EXPECT_TRUE(shows(w->VvWeb1View, kRed, QPoint(w->width() / 8, w->height() / 2)));
     w->FullScreenMenu->trigger();
-    ASSERT_TRUE(waitFor([&] { return !w->isMaximized() && w->size() == QSize(320, 240); }));
+    ASSERT_TRUE(
+        RealMpv::waitFor([&] { return !w->isMaximized() && w->size() == QSize(320, 240); }));
     EXPECT_EQ(w->windowTitle(), QStringLiteral("Right-Click for Options..."));
     EXPECT_TRUE(shows(w->VvWeb1View, kRed));
 
@@ -262,8 +259,9 @@ TEST_F(VideoOutputTest, AVivoFilmLargerThanTheScreenKeepsItsTitleBarOnTheScreen)
     openByDialog(film);
     frmVivoPlayer* w = Forms::find<frmVivoPlayer>();
     ASSERT_NE(w, nullptr);
-    ASSERT_TRUE(waitFor([&] { return IsFramed(w) && OuterGeometry(w).topLeft() == QPoint(); }))
-        << qPrintable(QDebug::toString(OuterGeometry(w)));
+    ASSERT_TRUE(RealMpv::waitFor([&] {
+        return IsFramed(w) && OuterGeometry(w).topLeft() == QPoint();
+    })) << qPrintable(QDebug::toString(OuterGeometry(w)));
     EXPECT_EQ(w->size(), screen + QSize(160, 120));
     w->ExitMenu->trigger();
 }
@@ -289,9 +287,8 @@ TEST_F(VideoOutputTest, ATwoFilmVideoCdPlaysToItsEndTwentyTimesInARow) {
         entries.clear();
         c.setCommand(QStringLiteral("prev"));
         c.button(MMControl::Play)->click();
-        ASSERT_TRUE(waitFor([&] { return c.Mode() == VideoCdDevice::Stopped; }))
-            << "run " << run << ", mode " << c.Mode() << ", entries played "
-            << entries.size();
+        ASSERT_TRUE(RealMpv::waitFor([&] { return c.Mode() == VideoCdDevice::Stopped; }))
+            << "run " << run << ", mode " << c.Mode() << ", entries played " << entries.size();
         ASSERT_EQ(entries, (QList<int>{1, 2})) << "run " << run;
     }
     auto* display = static_cast<CdioVideoCdDevice&>(disc).Display();

@@ -128,12 +128,6 @@ TEST_F(KeysTest, F1OpensTheHelpOrSaysWhyAndEveryTopicHasItsPage) {
     ShowHelpTopic(QStringLiteral("Playlists"));
     EXPECT_EQ(shell->opened[1], dir + QStringLiteral("/index.html"));
 
-    shell->openResult = 31;
-    temp().mnuHelpFile->trigger();
-    ASSERT_EQ(msgBox().shown.size(), 2);
-    EXPECT_EQ(msgBox().shown[1].text, "An error occurred attempting to open the '" + dir +
-                                          "/index.html' file (ShellExecute API code 31).");
-
     // The shipped help has a page for every topic.
     env.set("CANTOVEL_HELP_DIR", QStringLiteral(CANTOVEL_SOURCE_DIR "/resources/help"));
     for (const char* topic : {"Playlists", "Audio CD Control Panel", "CDDB Access CD Player",

@@ -27,10 +27,6 @@ class PlayerMpvTest : public PlayerTest {
             });
         });
     }
-    void TearDown() override {
-        PlayerTest::TearDown();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
     QString path(const QString& name) const { return tempDir() + u'/' + name; }
 
     ScopedEnv env;

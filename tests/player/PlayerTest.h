@@ -1,28 +1,30 @@
 #pragma once
-// Fixture for scenario tests of the player core: the main window and its hidden menu
-// window on fake players, windows, dialogs, shell and virtual time.
+// Fixture for scenario tests of the player core: the main window, its hidden menu window
+// and the program's other windows on fake players, dialogs, shell and virtual time.
 
 #include <QApplication>
 #include <QFile>
 #include <memory>
 
+#include "app/AppState.h"
 #include "app/Forms.h"
+#include "app/ProductionComponents.h"
 #include "app/Settings.h"
 #include "platform/Components.h"
 #include "player/PlayerWindows.h"
+#include "player/QueueView.h"
 #include "player/frmMain.h"
 #include "player/frmTemp.h"
 #include "support/AppTest.h"
 #include "support/FakeCDReader.h"
 #include "support/FakeFileDialogs.h"
+#include "support/FakeFilmPlayer.h"
 #include "support/FakeMediaPlayer.h"
 #include "support/FakeMruList.h"
-#include "support/FakePlaylistView.h"
-#include "support/FakeQueueView.h"
 #include "support/FakeShell.h"
-#include "support/FakeVideoPlayerWindow.h"
-#include "support/FakeVivoPlayerWindow.h"
 #include "support/QtPrinters.h"
+#include "video/frmVideoPlayer.h"
+#include "video/frmVivoPlayer.h"
 
 namespace cantovel::test {
 
@@ -30,14 +32,15 @@ class PlayerTest : public AppTest {
   protected:
     void SetUp() override {
         AppTest::SetUp();
+        // The main window here is never loaded, and its load is what clears this.
+        AppClosing = VFalse;
         dialogs = std::make_shared<FakeFileDialogs>();
         shell = std::make_shared<FakeShell>();
         Components::provideService<FileDialogs>(dialogs);
         Components::provideService<Shell>(shell);
         FakeCDReader::install();
-        FakeVideoPlayerWindow::install();
-        FakeVivoPlayerWindow::install();
-        FakeQueueView::install();
+        FakeFilmPlayer::install();
+        registerProgramWindows();
         installPlayers();
         main = new frmMain();
         temp = &frmTemp::get();
@@ -45,10 +48,6 @@ class PlayerTest : public AppTest {
         mru = recent.get();
         temp->MRU = std::move(recent);
         if (auto* mp = dynamic_cast<FakeMediaPlayer*>(temp->MP.get())) mp->calls.clear();
-    }
-    void TearDown() override {
-        unloadTheProgram();
-        AppTest::TearDown();
     }
 
     // The media players the windows get.
@@ -84,12 +83,8 @@ class PlayerTest : public AppTest {
         QueueView* view = loadedWindow<QueueView>();
         return view ? static_cast<FakeMediaPlayer*>(view->AM()) : nullptr;
     }
-    FakeVideoPlayerWindow* video() {
-        return static_cast<FakeVideoPlayerWindow*>(loadedWindow<VideoPlayerWindow>());
-    }
-    FakeVivoPlayerWindow* vivo() {
-        return static_cast<FakeVivoPlayerWindow*>(loadedWindow<VivoPlayerWindow>());
-    }
+    frmVideoPlayer* video() { return Forms::find<frmVideoPlayer>(); }
+    frmVivoPlayer* vivo() { return Forms::find<frmVivoPlayer>(); }
     // Opens a file through the open dialog.
     void openByDialog(const QString& path) {
         dialogs->scriptFiles({path});

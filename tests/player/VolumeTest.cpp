@@ -4,10 +4,11 @@
 
 #include <QTest>
 
+#include "app/ProductionComponents.h"
 #include "app/Settings.h"
 #include "player/PlayerWindows.h"
+#include "player/VideoPlayerWindow.h"
 #include "support/FakeMediaPlayer.h"
-#include "support/FakeVideoPlayerWindow.h"
 #include "support/MainWindowFixture.h"
 
 using namespace cantovel;
@@ -100,7 +101,7 @@ TEST_F(VolumeTest, WithoutAMixerTheMasterShows255AndNothingIsSaid) {
 // hidden audio player only.
 TEST_F(VolumeTest, StepsReachThePlayersAndTheBalanceTheAudioPlayer) {
     FakeMediaPlayer::install();
-    FakeVideoPlayerWindow::install();
+    registerProgramWindows();
     frmMain& m = load();
     VideoPlayerWindow* video = touchWindow<VideoPlayerWindow>();
     ASSERT_TRUE(video && video->MP() && temp().MP);

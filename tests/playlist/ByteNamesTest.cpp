@@ -26,10 +26,6 @@ class ByteNamesTest : public PlaylistTest {
         RealMpv::install(env);
         Components::provideService<Mixer>(std::make_shared<FakeMixer>());
     }
-    void TearDown() override {
-        PlaylistTest::TearDown();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
     ScopedEnv env;
 };
 

@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "app/Forms.h"
+#include "app/ProductionComponents.h"
 #include "platform/Components.h"
 
 namespace cantovel::test {
@@ -37,6 +38,13 @@ void AppTest::SetUp() {
     Components::provideService<Registry>(registry_);
 }
 
+void AppTest::useProgramComponents() {
+    registerProductionComponents();
+    Components::provideService<MsgBox>(msgBox_);
+    Components::provideService<Clock>(clock_);
+    Components::provideService<Registry>(registry_);
+}
+
 void AppTest::unloadTheProgram() {
     UnloadAllForms();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -45,7 +53,11 @@ void AppTest::unloadTheProgram() {
 }
 
 void AppTest::TearDown() {
+    // The windows go before the components they use, and what they left for deletion goes
+    // before the next test.
+    unloadTheProgram();
     Components::clear();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     for (auto it = savedEnv_.crbegin(); it != savedEnv_.crend(); ++it) {
         if (it->second)
             qputenv(it->first.constData(), *it->second);

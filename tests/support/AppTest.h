@@ -1,7 +1,8 @@
 #pragma once
 // Base fixture for tests that run the program's logic: each test gets its own
 // configuration, data and runtime folders (so the settings store and the instance link
-// start empty), and fakes for message boxes and time. Components are cleared afterwards.
+// start empty), and fakes for message boxes and time. Afterwards every window is unloaded
+// and the components are cleared.
 
 #include <gtest/gtest.h>
 
@@ -24,6 +25,10 @@ class AppTest : public ::testing::Test {
   protected:
     void SetUp() override;
     void TearDown() override;
+
+    // The program's own components and windows, but for the message boxes, time and
+    // settings store above.
+    void useProgramComponents();
 
     FakeMsgBox& msgBox() { return *msgBox_; }
     FakeClock& clock() { return *clock_; }

@@ -62,6 +62,7 @@ int FakeMediaPlayer::setFileName(const QString& name) {
     length_ = known != media().lengths.constEnd() ? *known : *media().defaultLength;
     picture_ = media().pictures.value(name);
     reportOpened();
+    fit();
     return 0;
 }
 
@@ -101,6 +102,18 @@ void FakeMediaPlayer::setCurrentPosition(double seconds) {
 void FakeMediaPlayer::setVideoWidget(QWidget* widget) {
     calls << QStringLiteral("VideoWidget");
     videoWidget_ = widget;
+    fit();
+}
+
+void FakeMediaPlayer::applyDisplaySize() {
+    calls << QStringLiteral("DisplaySize=%1").arg(DisplaySize());
+    fit();
+}
+
+void FakeMediaPlayer::fit() {
+    const QHash<int, double> scales{{mpDefaultSize, 1}, {mpHalfSize, 0.5}, {mpDoubleSize, 2}};
+    if (videoWidget_ && !picture_.isEmpty() && scales.contains(DisplaySize()))
+        videoWidget_->resize(picture_ * scales[DisplaySize()]);
 }
 
 void FakeMediaPlayer::playToEnd() {

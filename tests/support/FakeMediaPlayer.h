@@ -3,12 +3,16 @@
 // file name opens to is scripted for all fakes at once, since windows make their players
 // through the component factory: a length in seconds per name, or a refusal. Play moves
 // the position on with a timer; at the length the player stops with PlayStateChange(2, 0)
-// and keeps the file open, as the real one does. Every call is recorded.
+// and keeps the file open, as the real one does. Like the real one, at the default, half and
+// double display sizes it gives its video widget the picture's natural size (times 1, 1/2,
+// 2) as soon as the film is open; at the others the window decides. Every call is recorded.
 
 #include <QHash>
 #include <QList>
+#include <QPointer>
 #include <QSize>
 #include <QStringList>
+#include <QWidget>
 #include <optional>
 
 #include "platform/clock/Timer.h"
@@ -62,18 +66,17 @@ class FakeMediaPlayer : public MediaPlayer {
   protected:
     void applyVolume() override { calls << QStringLiteral("Volume=%1").arg(Volume()); }
     void applyBalance() override { calls << QStringLiteral("Balance=%1").arg(Balance()); }
-    void applyDisplaySize() override {
-        calls << QStringLiteral("DisplaySize=%1").arg(DisplaySize());
-    }
+    void applyDisplaySize() override;
 
   private:
     void tick();
+    void fit();
 
     QString fileName_;
     double length_ = 0;
     double position_ = 0;
     QSize picture_;
-    QWidget* videoWidget_ = nullptr;
+    QPointer<QWidget> videoWidget_;
     Timer ticker_;
     qint64 lastMs_ = 0;
 };

@@ -29,11 +29,6 @@ class MainWindowFixture : public AppTest {
         Components::provideService<Shell>(shell);
         Components::provideService<FileDialogs>(dialogs);
     }
-    void TearDown() override {
-        UnloadAllForms();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        AppTest::TearDown();
-    }
 
     // Loads the main window as the program does.
     frmMain& load() {

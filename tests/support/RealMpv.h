@@ -1,6 +1,7 @@
 #pragma once
-// The real libmpv players behind the program's windows: null audio and video outputs and
-// real time, since mpv works on its own threads.
+// The real libmpv players behind the program's windows: a null audio output, a null video
+// output unless the test reads pictures off the screen, and real time, since mpv works on
+// its own threads.
 
 #include <functional>
 #include <memory>
@@ -17,9 +18,9 @@ struct RealMpv {
     // Untimed play runs a file as fast as mpv decodes it; timed play is for waits that poll.
     // `made` sees every media player as it is made.
     static void install(ScopedEnv& env, bool untimed = true,
-                        std::function<void(MediaPlayer*)> made = {}) {
+                        std::function<void(MediaPlayer*)> made = {}, bool onScreen = false) {
         env.set("CANTOVEL_AO", QByteArray("null"));
-        env.set("CANTOVEL_VO", QByteArray("null"));
+        if (!onScreen) env.set("CANTOVEL_VO", QByteArray("null"));
         if (untimed) env.set("CANTOVEL_MPV_UNTIMED", QByteArray("1"));
         Components::provideService<Clock>(std::make_shared<QtClock>());
         Components::provideFactory<MediaPlayer>([made] {

@@ -16,12 +16,8 @@ class VideoMpvTest : public VideoTest {
     // Timed play: the window's wait for the film to start polls every 300 ms, and an untimed
     // film would be over before it looked.
     void installPlayers() override {
-        VideoTest::installPlayers();
+        PlayerTest::installPlayers();
         RealMpv::install(env, false);
-    }
-    void TearDown() override {
-        VideoTest::TearDown();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     QString path(const QString& name) const { return tempDir() + u'/' + name; }
     ScopedEnv env;
