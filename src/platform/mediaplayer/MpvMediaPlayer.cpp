@@ -257,6 +257,7 @@ int MpvMediaPlayer::setFileName(const QString& name) {
     for (const QString& target : targets) {
         if (song_.open(target)) {
             outcome_ = Outcome::Loaded;
+            entryId_ = -1;  // no late report of an entry mpv refused closes the song
             break;
         }
         if (!ensureHandle()) {

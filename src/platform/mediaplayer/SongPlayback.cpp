@@ -1,5 +1,6 @@
 #include "platform/mediaplayer/SongPlayback.h"
 
+#include <pthread.h>
 #include <pulse/context.h>
 #include <pulse/mainloop.h>
 #include <pulse/simple.h>
@@ -150,6 +151,7 @@ qint64 SongPlayback::heardFrom(pa_simple* server, qint64 from, qint64 written) c
 }
 
 void SongPlayback::run(qint64 from) {
+    pthread_setname_np(pthread_self(), "cantovel/song");
     using Clock = std::chrono::steady_clock;
     const auto halted = [this] {
         std::lock_guard lock(mutex_);
