@@ -84,28 +84,6 @@ TEST_F(CommandsTest, HelpSaysSoWhenNothingCanShowItsPage) {
                           "order to correct this condition."});
 }
 
-TEST_F(CommandsTest, DeleteSaysSoWhenTheTrashRefusesAndKeepsTheFileLoaded) {
-    const QString song = media("Keep.wav");
-    openByDialog(song);
-    shell->trashResult = false;
-    msgBox().script({Mb::Yes});
-    temp->mnuDelete->trigger();
-    ASSERT_EQ(msgBox().texts().size(), 2);
-    EXPECT_EQ(msgBox().texts()[1],
-              "The file '" + song + "' could not be moved to the Trash, so it was not deleted.");
-    EXPECT_EQ(main->CurrentFile, song);
-    EXPECT_EQ(main->lblTitle[0].Caption, "Keep.wav");
-    EXPECT_TRUE(QFile::exists(song));
-
-    // When the Trash takes it, the file goes and the window empties.
-    shell->trashResult = true;
-    msgBox().reset();
-    msgBox().script({Mb::Yes});
-    temp->mnuDelete->trigger();
-    EXPECT_EQ(msgBox().texts().size(), 1);
-    EXPECT_EQ(main->CurrentFile, "");
-}
-
 // A real notification area (trayer, an XEmbed tray) beside the window manager.
 class TrayOnDesktopTest : public PlayerTest {
   protected:

@@ -97,7 +97,7 @@ class VideoOutputTest : public VideoTest {
 TEST_F(VideoOutputTest, TheVideoPlayerShowsAnMp4ThroughFullScreenAndBackAndEscapeClosesIt) {
     const QString film = solidFilm(QStringLiteral("Red.mp4"), QStringLiteral("red"), 30);
     openByDialog(film);
-    frmVideoPlayer* w = player();
+    frmVideoPlayer* w = video();
     ASSERT_NE(w, nullptr);
     EXPECT_TRUE(msgBox().shown.isEmpty());
     EXPECT_TRUE(shows(w->MPView, kRed));
@@ -132,7 +132,7 @@ TEST_F(VideoOutputTest, AFilmFromTheCommandLineShowsAndTheVideoPlayerKeepsItsPla
     QPoint place;
     for (int cycle = 0; cycle < 5; ++cycle) {
         main->OpenCommandLine(film);
-        frmVideoPlayer* w = player();
+        frmVideoPlayer* w = video();
         ASSERT_NE(w, nullptr);
         ASSERT_TRUE(shows(w->MPView, kRed)) << "cycle " << cycle;
         // Its title bar is on the screen, where the user can take it.

@@ -11,6 +11,7 @@
 #include "app/ProductionComponents.h"
 #include "app/Settings.h"
 #include "platform/Components.h"
+#include "player/MruList.h"
 #include "player/PlayerWindows.h"
 #include "player/QueueView.h"
 #include "player/frmMain.h"
@@ -20,13 +21,21 @@
 #include "support/FakeFileDialogs.h"
 #include "support/FakeFilmPlayer.h"
 #include "support/FakeMediaPlayer.h"
-#include "support/FakeMruList.h"
 #include "support/FakeShell.h"
 #include "support/QtPrinters.h"
 #include "video/frmVideoPlayer.h"
 #include "video/frmVivoPlayer.h"
 
 namespace cantovel::test {
+
+// Records what goes to the recently used files.
+class FakeMruList : public MruList {
+  public:
+    void SetMRUList(const QString& item, const QString& tag) override {
+        added << std::pair{item, tag};
+    }
+    QList<std::pair<QString, QString>> added;
+};
 
 class PlayerTest : public AppTest {
   protected:

@@ -126,28 +126,42 @@ TEST_F(TransportTest, DraggingTheThumbSeeksThePlayingFileOrTheQueue) {
     EXPECT_EQ(AM()->calls.last(), QStringLiteral("CurrentPosition=5"));
 }
 
-TEST_F(TransportTest, DeleteSendsTheFileToTheTrashWhateverTheAnswer) {
-    temp->mnuDelete_Click();
+TEST_F(TransportTest, DeleteSendsTheFileToTheTrashWhateverTheAnswerOrSaysWhyNot) {
+    temp->mnuDelete->trigger();
     EXPECT_EQ(msgBox().texts(), QStringList{"No file is currently loaded to delete."});
     for (const int answer : {Mb::No, Mb::Yes}) {
         const QString song = media(answer == Mb::No ? "No.mp3" : "Yes.mp3");
         openByDialog(song);
         msgBox().reset();
         msgBox().script({answer});
-        temp->mnuDelete_Click();
+        temp->mnuDelete->trigger();
         ASSERT_EQ(msgBox().shown.size(), 1);
         EXPECT_EQ(msgBox().shown[0].text, "Are you sure you want to delete:  " + song + "?");
         EXPECT_EQ(shell->trashed.last(), song);
         EXPECT_TRUE(main->TitleText().isEmpty());
     }
 
+    // A Trash that refuses leaves the file where it was, and loaded.
+    const QString kept = media("Keep.wav");
+    openByDialog(kept);
+    shell->trashResult = false;
+    msgBox().reset();
+    msgBox().script({Mb::Yes});
+    temp->mnuDelete->trigger();
+    ASSERT_EQ(msgBox().texts().size(), 2);
+    EXPECT_EQ(msgBox().texts()[1],
+              "The file '" + kept + "' could not be moved to the Trash, so it was not deleted.");
+    EXPECT_EQ(main->CurrentFile, kept);
+    EXPECT_EQ(main->lblTitle[0].Caption, "Keep.wav");
+    EXPECT_TRUE(QFile::exists(kept));
+
     msgBox().reset();
     FakeCDReader::setTracks({200});
     openByDialog(file(QStringLiteral("Track01.cda")));
-    temp->mnuDelete_Click();
+    temp->mnuDelete->trigger();
     EXPECT_EQ(msgBox().texts(),
               QStringList{"CD-ROM media is read-only, and cannot be deleted from."});
-    EXPECT_EQ(shell->trashed.size(), 2);
+    EXPECT_EQ(shell->trashed.size(), 3);  // the CD track was not among them
 }
 
 TEST_F(TransportTest, ClearingTheRecentFilesEmptiesTheListAndSaysSo) {

@@ -12,50 +12,6 @@ namespace {
 
 class VideoPlayerTest : public VideoTest {};
 
-TEST_F(VideoPlayerTest, AFilmShowsOnceItPlaysAtItsNaturalSizeAndTheMainDisplayFollowsIt) {
-    const QString path = film(QStringLiteral("Clip.avi"), 10, QSize(320, 240));
-    openByDialog(path);
-    frmVideoPlayer* w = player();
-    ASSERT_NE(w, nullptr);
-    EXPECT_EQ(w->windowTitle(), QStringLiteral("Cantovel - Video Player"));
-    // Nothing shows until the window's wait has seen the film play.
-    EXPECT_TRUE(w->MPView->isHidden());
-    clock().advance(300);
-    EXPECT_FALSE(w->MPView->isHidden());
-    EXPECT_EQ(w->Inside->size(), QSize(320, 240));
-    EXPECT_EQ(main->TrackLength, 10);
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Stop"));
-    w->resize(500, 400);  // from now on the picture follows the window
-    EXPECT_EQ(w->MPView->size(), w->Inside->size());
-
-    const int start = main->imgPlayProgress.rect.left();
-    clock().advance(5000);
-    EXPECT_GT(main->imgPlayProgress.rect.left(), start + 50);
-    // Paused, the main display stops, but not during a queue; playing again starts it.
-    playerMP().Pause();
-    main->PlaylistRunning = VTrue;
-    clock().advance(200);
-    EXPECT_TRUE(main->Timer3.isEnabled());
-    main->PlaylistRunning = VFalse;
-    clock().advance(200);
-    EXPECT_FALSE(main->Timer3.isEnabled());
-    w->mnuFile_Click();
-    w->mnuPause->trigger();
-    EXPECT_TRUE(main->Timer3.isEnabled());
-
-    // Closing returns the main window to idle, unless a stop is under way.
-    main->StopRequested = VTrue;
-    w->close();
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Stop"));
-    main->PlayStopped();
-    frmVideoPlayer& again = openFilm(film(QStringLiteral("Other.avi")));
-    main->StopRequested = VFalse;
-    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-    QApplication::sendEvent(&again, &escape);
-    EXPECT_EQ(player(), nullptr);
-    EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));
-}
-
 TEST_F(VideoPlayerTest, TheWindowIsNeverSmallerThan2000TwipsUnlessMaximised) {
     frmVideoPlayer& w = openFilm(film(QStringLiteral("Clip.avi")));
     const double tpp = twips(&w);

@@ -23,13 +23,12 @@ class VideoTest : public PlayerTest {
         FakeMediaPlayer::setPicture(path, size);
         return path;
     }
-    frmVideoPlayer* player() { return Forms::find<frmVideoPlayer>(); }
-    FakeMediaPlayer& playerMP() { return *static_cast<FakeMediaPlayer*>(player()->MP()); }
+    FakeMediaPlayer& playerMP() { return *static_cast<FakeMediaPlayer*>(video()->MP()); }
     // Opens a film from the main window and lets the window's wait for it run out.
     frmVideoPlayer& openFilm(const QString& path) {
         openByDialog(path);
         clock().advance(300);
-        return *player();
+        return *video();
     }
     static double twips(const QWidget* w) { return TwipsPerPixel(w); }
 };
