@@ -172,24 +172,18 @@ TEST_F(CddbClientRealTimeTest, ARecordInManyPiecesIsWholeAndHostileAnswersEndCle
     settle();
     EXPECT_EQ(server->received.last(), "quit");
 
-    // The server goes away in the middle of a record: the read times out.
+    // The server goes away in the middle of a record: the read times out, while the
+    // window's own timers and clicks go on.
     server->on("cddb query", "200 rock 0e021a03 x\r\n");
     server->on("cddb read", QList<QByteArray>{kRecord.left(300), "<close>"});
     msgBox().reset();
-    EXPECT_EQ(cd->GetCddb(), "600 Timeout");
-    EXPECT_EQ(msgBox().texts(), QStringList{"Timed out waiting for read responce"});
-}
-
-TEST_F(CddbClientRealTimeTest, AByteASecondTimesOutWhileOtherEventsRun) {
-    server->on("cddb query", "200 rock 0e021a03 x\r\n");
-    server->drip("cddb read", kRecord);
     int ticks = 0;
-    Timer user(100);  // stands for the window's own timer, or a click, during the wait
+    Timer user(100);
     QObject::connect(&user, &Timer::timeout, [&] { ++ticks; });
     user.setEnabled(true);
     EXPECT_EQ(cd->GetCddb(), "600 Timeout");
     EXPECT_GT(ticks, 10);
-    EXPECT_TRUE(msgBox().texts().contains("Timed out waiting for read responce"));
+    EXPECT_EQ(msgBox().texts(), QStringList{"Timed out waiting for read responce"});
 }
 
 TEST_F(CddbClientRealTimeTest, CategoriesSitesAndMessagesEndWithAQuit) {

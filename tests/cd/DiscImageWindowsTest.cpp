@@ -98,32 +98,4 @@ TEST_F(DiscImageWindowsTest, TheControlPanelReadsTheBinTheCueNamesAndTellsOfAnUn
     ::unlink((NameToBytes(tempDir()) + "/d/bins/Ma musique \xe9.bin").constData());
 }
 
-TEST_F(DiscImageWindowsTest, ACopyOfAShortImageEndsWhereItsDataEnds) {
-    // The CUE tells of 150 and 75 sectors; the BIN holds 100.
-    const DiscImage disc = DiscImage::build(tempDir(), {150, 75});
-    ASSERT_TRUE(QFile::resize(disc.binPath(), 100 * DiscImage::kSectorBytes));
-    drives->add(disc.cuePath());
-    CdioCDReader reader;
-    QStringList events;
-    QObject::connect(&reader, &CDReader::CopyError, [&] { events << "error"; });
-    QObject::connect(&reader, &CDReader::CopyFinished, [&] { events << "finished"; });
-    reader.Open();
-    ASSERT_EQ(reader.TrackCount(), 2);
-    EXPECT_EQ(CDReader::ToFrames(reader.Tracks()[0].Length), 100);
-
-    const QString first = tempDir() + QStringLiteral("/first.wav");
-    reader.CopyTrack(0, first);
-    ASSERT_TRUE(waitUntil([&] { return events.contains("finished"); }));
-    EXPECT_EQ(events, QStringList{"finished"});
-    EXPECT_TRUE(readPcm16(first) == DiscImage::pcm(1, 0, 100));
-
-    // Nothing of track 2 is there: its copy fails and leaves no file.
-    events.clear();
-    const QString second = tempDir() + QStringLiteral("/second.wav");
-    reader.CopyTrack(1, second);
-    ASSERT_TRUE(waitUntil([&] { return events.contains("finished"); }));
-    EXPECT_EQ(events, QStringList({"error", "finished"}));
-    EXPECT_FALSE(QFile::exists(second));
-}
-
 }  // namespace

@@ -2,7 +2,6 @@
 // virtual time (the drive and track lists, the temporary-space question, the names of the
 // outputs, a run and its stop), and on cd-paranoia and LAME reading a disc image.
 #include <gtest/gtest.h>
-#include <sndfile.h>
 
 #include <QAction>
 #include <QLineEdit>
@@ -321,42 +320,6 @@ class CDtoMP3RunTest : public FileConversionFixture {
     }
     QString temp;
 };
-
-TEST_F(CDtoMP3RunTest, TheExtractorWritesCdQualityWavAndAbortsCleanly) {
-    ParanoiaTrackExtractor acd;
-    QStringList events;
-    QList<qint32> progress;
-    QObject::connect(&acd, &TrackExtractor::ExtractBegin, [&] { events << "begin"; });
-    QObject::connect(&acd, &TrackExtractor::ExtractProgress, [&](qint32 v) { progress << v; });
-    QObject::connect(&acd, &TrackExtractor::ExtractDone, [&] { events << "done"; });
-    EXPECT_EQ(acd.Initialize(), 0);
-    EXPECT_EQ(acd.DriveCount(), 1);
-    EXPECT_EQ(acd.DriveName(1), QStringLiteral("disc.cue"));
-    EXPECT_EQ(acd.TrackCount(), 0);
-    acd.SelectDrive(1);
-    ASSERT_EQ(acd.TrackCount(), 2);
-    EXPECT_EQ(acd.TrackLength(1), 2000);
-    EXPECT_EQ(acd.TrackLength(3), 0);
-    QString wav = tempDir() + QStringLiteral("/two.wav");
-    EXPECT_EQ(acd.ExtractTrack(wav, 3), TrackExtractor::NoSuchTrack);
-    ASSERT_EQ(acd.ExtractTrack(wav, 1), TrackExtractor::Started);
-    acd.Abort();
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(events.contains("done"));
-    events.clear();
-    ASSERT_EQ(acd.ExtractTrack(wav, 2), TrackExtractor::Started);
-    ASSERT_TRUE(waitUntil([&] { return events.contains("done"); }));
-    EXPECT_EQ(events, QStringList({"begin", "done"}));
-    EXPECT_EQ(progress.last(), 1000);
-    EXPECT_TRUE(std::is_sorted(progress.begin(), progress.end()));
-    const SoundInfo info = readSoundInfo(wav);
-    EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
-    EXPECT_EQ(info.rate, 44100);
-    EXPECT_EQ(info.channels, 2);
-    EXPECT_EQ(readPcm16(wav), DiscImage::pcm(2, 0, 150));  // the second track's sound
-    acd.SelectDrive(2);
-    EXPECT_EQ(acd.ExtractTrack(wav, 1), TrackExtractor::NoDisc);
-}
 
 TEST_F(CDtoMP3RunTest, ATrackOfADiscImageBecomesAnMp3OfItsLength) {
     frmCDtoMP3& w = Forms::touch<frmCDtoMP3>();

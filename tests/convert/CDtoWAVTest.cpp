@@ -184,22 +184,6 @@ TEST_F(CDtoWAVTest, ConvertsTheSelectedTracksOneAfterTheOtherWithMovingRows) {
     EXPECT_EQ(dialog(), nullptr);
 }
 
-TEST_F(CDtoWAVTest, TheFirstTickBeforeAnyFrameShowsANegativeRemainingTime) {
-    FakeCDReader::disc().copyFramesPer100Ms = 0;
-    frmCDtoWAV& f = open();
-    selectOnly(f, {0});
-    QString remaining, percent;
-    when([] { return dialog() && dialog()->Timer.isEnabled() && dialog()->LastTrackTime > 0; },
-         [&] {
-             remaining = dialog()->lblRemaining1->text();
-             percent = dialog()->lblPercent1->text();
-             dialog()->btnAbort->click();
-         });
-    convertTo(f, tempDir() + QStringLiteral("/slow.wav"));
-    EXPECT_EQ(remaining, TimeToString(frmCopyDlg::MulDiv(70, 1500, 0) - 70));
-    EXPECT_EQ(percent, "0.0 %");
-}
-
 TEST_F(CDtoWAVTest, CancellingByTheButtonOrTheFrameSaysSoAndLeavesThePartialFile) {
     frmCDtoWAV& f = open();
     // In the first hundred milliseconds a cancel only hides the dialog.

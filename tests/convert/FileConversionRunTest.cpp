@@ -85,37 +85,6 @@ TEST_F(FileConversionRunTest, WavToMp3AndBackKeepLengthRateAndChannels) {
     }
 }
 
-TEST_F(FileConversionRunTest, ASourceTheCodecRefusesEndsTheRunThereWithTheStoppedText) {
-    const QString cut = tempDir() + QStringLiteral("/cut.wav");
-    ASSERT_TRUE(writeTone(cut, 2.0, 44100, 2));
-    ASSERT_TRUE(truncateFile(cut, 20000));
-    const QString text = tempDir() + QStringLiteral("/text.mp3");
-    ASSERT_TRUE(writeBytes(text, QByteArray(4000, 'x')));
-    const QString emptyWav = tempDir() + QStringLiteral("/empty.wav");
-    ASSERT_TRUE(writeBytes(emptyWav, {}));
-    for (const QString& refused : {cut, emptyWav}) {
-        SCOPED_TRACE(refused.toStdString());
-        QFile::remove(out() + QStringLiteral("/one.mp3"));
-        frmEncode& enc = Forms::touch<frmEncode>();
-        msgBox().reset();
-        drop(enc, {wav1, refused, wav2});
-        ASSERT_TRUE(run(enc, out()));
-        EXPECT_EQ(enc.Label1->text(), QStringLiteral("Encode process has been stopped."));
-        EXPECT_TRUE(msgBox().texts().isEmpty());
-        EXPECT_EQ(enc.List1->count(), 3);
-        EXPECT_TRUE(decodeMp3(out() + QStringLiteral("/one.mp3")).ok);
-        EXPECT_FALSE(QFileInfo::exists(out() + QStringLiteral("/two.mp3")));
-        enc.unload();
-    }
-    frmDecode& dec = Forms::touch<frmDecode>();
-    const QString back = tempDir() + QStringLiteral("/back");
-    drop(dec, {out() + QStringLiteral("/one.mp3"), text});
-    ASSERT_TRUE(run(dec, back));
-    EXPECT_EQ(dec.Label1->text(), QStringLiteral("Decode process has been stopped."));
-    EXPECT_EQ(QDir(back).entryList(QDir::Files | QDir::Hidden), QStringList{"one.wav"});
-    EXPECT_TRUE(readSoundInfo(back + QStringLiteral("/one.wav")).ok);
-}
-
 // The batch writes what a source holds in the chosen format, tells a source that holds no
 // sound, and leaves the sources as they were.
 TEST_F(FileConversionRunTest, TheBatchConvertsWhatEachSourceHoldsOrTellsWhyNot) {

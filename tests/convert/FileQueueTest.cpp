@@ -258,19 +258,6 @@ TEST_F(EncodeQueueTest, EditingFollowsTheSelectionAndIsRefusedDuringARun) {
     EXPECT_FALSE(w.AddMenu->isEnabled());
 }
 
-TEST_F(EncodeQueueTest, TheConversionsMenuOpensEachWindowOnce) {
-    frmTemp::get().mnuWAVtoMP3_Click();
-    frmTemp::get().mnuWAVtoMP3_Click();
-    frmTemp::get().mnuMP3toWAV_Click();
-    int encoders = 0, decoders = 0;
-    for (Form* f : Forms::all()) {
-        encoders += qobject_cast<frmEncode*>(f) != nullptr;
-        decoders += qobject_cast<frmDecode*>(f) != nullptr;
-    }
-    EXPECT_EQ(encoders + 10 * decoders, 11);
-    EXPECT_TRUE(Forms::find<frmEncode>()->isVisible());
-}
-
 TEST_F(EncodeQueueTest, DecodingMakesOneWavATitleAndANonMpegSourceTakesTheErrorPath) {
     frmDecode& w = Forms::touch<frmDecode>();
     FakeMp3Decoder& decoder = *FakeMp3Decoder::latest();
@@ -328,9 +315,9 @@ class BatchConvertTest : public FileConversionFixture {
     }
     FakeWaveChain& chain() { return *FakeWaveChain::latest(); }
     FakeFormatChooser& acm() { return *FakeFormatChooser::latest(); }
-    void start(frmBatchConvert& w, std::optional<WaveFormat> format = kMuLaw) {
+    void start(frmBatchConvert& w) {
         dialogs->scriptFolder(out());
-        acm().script({format});
+        acm().script({kMuLaw});
         w.ConvertMenu->trigger();
         settle();
     }
@@ -377,30 +364,6 @@ TEST_F(BatchConvertTest, ConvertsEveryFileIntoTheFolderAndAFileAddedDuringTheRun
     EXPECT_EQ(w.Label1->text(), kStopped);
     EXPECT_EQ(chain().conversions.size(), 4);
     EXPECT_TRUE(w.unload());
-}
-
-TEST_F(BatchConvertTest, DecliningTheFormatOrStoppingKeepsTheList) {
-    frmBatchConvert& w = open();
-    start(w, std::nullopt);
-    EXPECT_EQ(ReadAppSetting(QStringLiteral("WAV Convert Output Path"), {}), out());
-    EXPECT_EQ(chain().starts, 0);
-    EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Start Conversion"));
-    dialogs->scriptCancel();
-    w.ConvertMenu->trigger();
-    EXPECT_EQ(acm().showings.size(), 1);
-
-    // A stop during the last file.
-    start(w);
-    chain().dataEnd();
-    settle();
-    chain().dataEnd();
-    settle();
-    w.Toolbar1->findChild<QAction*>(QStringLiteral("Convert"))->trigger();
-    settle();
-    EXPECT_EQ(w.Label1->text(), kStopped);
-    EXPECT_EQ(w.List1->count(), 3);
-    EXPECT_TRUE(msgBox().shown.isEmpty());
-    EXPECT_EQ(w.ConvertMenu->text(), QStringLiteral("&Start Conversion"));
 }
 
 }  // namespace batch
