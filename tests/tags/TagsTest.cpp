@@ -161,14 +161,13 @@ TEST_F(ID3Test, FieldsKeepLeadingBlanksAndNulsAndReadAsTheWindowsCodePage) {
     EXPECT_EQ(read(tempDir() + "/missing.mp3"), blank);
     EXPECT_EQ(read(write("lower.mp3", tag({"T", "A", "B", "2001", "C"}, 1, ' ', "tag"))), blank);
 
+    // The genre list keeps its spelling.
     const QStringList genres = clsMP3::GenreList();
     ASSERT_EQ(genres.size(), 148);
-    EXPECT_EQ(genres[0], "Blues");
-    EXPECT_EQ(genres[67], "Phychedelic");
-    EXPECT_EQ(genres[90], "Avantegarde");
-    EXPECT_EQ(genres[117], "power Ballad");
-    EXPECT_EQ(genres[140], "Comteporary Christian");
-    EXPECT_EQ(genres[144], "Trash Metal");
+    EXPECT_EQ(
+        QStringList({genres[0], genres[67], genres[90], genres[117], genres[140], genres[144]})
+            .join(u'|'),
+        "Blues|Phychedelic|Avantegarde|power Ballad|Comteporary Christian|Trash Metal");
 }
 
 TEST_F(ID3Test, InformationBoxShowsTheFreshTagOrRefusesWhatIsNoMp3) {
