@@ -44,7 +44,7 @@ class CDReaderMainWindowTest : public PlayerTest {
     std::shared_ptr<ImageDrives> drives;
 };
 
-TEST_F(CDReaderMainWindowTest, OpeningATrackFilePlaysItFromItsOwnDriveWithTheTimeRunning) {
+TEST_F(CDReaderMainWindowTest, OpeningATrackFilePlaysItWithTheTimeRunningToTheEndOfItsData) {
     openByDialog(drives->TrackFolder(u'E') + QStringLiteral("/Track02.cda"));
     EXPECT_TRUE(msgBox().shown.isEmpty());
     EXPECT_EQ(main->TitleText(), "Audio Track #2");
@@ -62,9 +62,8 @@ TEST_F(CDReaderMainWindowTest, OpeningATrackFilePlaysItFromItsOwnDriveWithTheTim
     // And the end of the track returns the window to idle.
     ASSERT_TRUE(Clock::get().wait(5000, [&] { return !main->CDR_Timer.isEnabled(); }));
     EXPECT_EQ(temp->mnuPlay->text(), "&Open...");
-}
 
-TEST_F(CDReaderMainWindowTest, APlayOfAShortImageEndsWhereTheDataEnds) {
+    // A play of a short image ends where the data ends.
     for (const char* track : {"/Track01.cda", "/Track02.cda"}) {
         SCOPED_TRACE(track);
         openByDialog(drives->TrackFolder(u'F') + QLatin1String(track));

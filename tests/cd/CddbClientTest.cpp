@@ -117,23 +117,6 @@ TEST_F(CddbClientTest, HandshakesThatFailAndServersThatDoNotAnswer) {
     EXPECT_FALSE(server->received.join('\n').contains("hello"));
 }
 
-TEST_F(CddbClientTest, UseFirstMatchReadsRowOneWithoutAWindow) {
-    server->on("cddb query", kTwoMatches);
-    server->on("cddb read", kRecord);
-    cd->UseFirstMatch = true;
-    bool windowSeen = false;
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout,
-                     [&] { windowSeen |= Forms::find<frmCDDBMatches>() != nullptr; });
-    watch.start(0);
-    cd->GetCddb();
-    EXPECT_EQ(CloseMatchCount, 2);
-    EXPECT_EQ(CloseMatches[2].Category + CloseMatches[2].DiscId + CloseMatches[2].Title,
-              "jazz0e021a04Others / Tunes\r");
-    EXPECT_TRUE(server->received.contains("cddb read rock 0e021a03"));
-    EXPECT_FALSE(windowSeen);
-}
-
 // On the real clock: the production waits, which sleep in the event loop between
 // notifications, collect a record sent in many pieces, one cut inside its ending.
 class CddbClientRealTimeTest : public CddbClientTest {
@@ -257,6 +240,23 @@ TEST_F(CddbClientRealTimeTest, TheMatchWindowReadsTheChosenRowAndClosingItReadsT
     server->received.clear();
     cd->GetCddb();
     EXPECT_TRUE(server->received.contains("cddb read rock 0e021a03"));
+    settle();
+
+    // Told to take the first match, it reads row one and shows no window.
+    cd->UseFirstMatch = true;
+    bool windowSeen = false;
+    QTimer watch;
+    onWindow(watch, [&](frmCDDBMatches& w) {
+        windowSeen = true;
+        w.close();
+    });
+    server->received.clear();
+    cd->GetCddb();
+    EXPECT_FALSE(windowSeen);
+    EXPECT_TRUE(server->received.contains("cddb read rock 0e021a03"));
+    EXPECT_EQ(CloseMatchCount, 2);
+    EXPECT_EQ(CloseMatches[2].Category + CloseMatches[2].DiscId + CloseMatches[2].Title,
+              "jazz0e021a04Others / Tunes\r");
 }
 
 }  // namespace

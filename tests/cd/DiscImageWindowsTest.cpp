@@ -19,7 +19,6 @@
 #include "cd/frmCDPlayer.h"
 #include "platform/cdreader/CdioCDReader.h"
 #include "support/AppTest.h"
-#include "support/AudioFixtures.h"
 #include "support/DiscImage.h"
 #include "support/FakeMixer.h"
 #include "support/ImageDrives.h"
