@@ -1,6 +1,10 @@
 // The libmpv player on real files, with the null audio and video outputs.
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QWidget>
 #include <memory>
@@ -141,6 +145,51 @@ TEST_F(MpvMediaPlayerTest, PlaysToTheEndKeepingTheFileAndAHandlerMayOpenTheNext)
     }));
     EXPECT_EQ(plays, (Changes{{0, 2}, {2, 0}, {0, 2}, {2, 0}, {0, 6}, {0, 2}, {2, 0}}));
     EXPECT_NEAR(mp.Duration(), 2.0, 0.01);
+}
+
+// A song through a sound server of the test's own, whose only sink is a null one that keeps
+// real time: what the user hears comes out at the pace of the clock, pauses and seeks.
+TEST_F(MpvMediaPlayerTest, ASongPlaysThroughTheSoundServerInRealTime) {
+    const QString server = QStandardPaths::findExecutable(QStringLiteral("pulseaudio"));
+    if (server.isEmpty()) GTEST_SKIP() << "skipped: pulseaudio is missing (scripts/install-deps)";
+    const QString home = path(QStringLiteral("pulse")), socket = home + QStringLiteral("/socket");
+    QProcess daemon;
+    QProcessEnvironment daemonEnv = QProcessEnvironment::systemEnvironment();
+    daemonEnv.insert(QStringLiteral("HOME"), home);
+    daemonEnv.insert(QStringLiteral("XDG_RUNTIME_DIR"), home);
+    daemon.setProcessEnvironment(daemonEnv);
+    ASSERT_TRUE(QDir().mkpath(home));
+    QFile::setPermissions(home, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    daemon.start(server, {"-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
+                          "--load=module-null-sink sink_name=test",
+                          "--load=module-native-protocol-unix auth-anonymous=1 socket=" + socket});
+    ASSERT_TRUE(Clock::get().wait(20000, [&] { return QFile::exists(socket); }))
+        << daemon.readAllStandardError().toStdString();
+    env.set("PULSE_SERVER", "unix:" + socket);
+    env.set("CANTOVEL_AO", QByteArray("pulse"));
+    env.set("CANTOVEL_MPV_UNTIMED", QByteArray());
+
+    ASSERT_TRUE(writeTone(path("song.wav"), 2.0));
+    MpvMediaPlayer& mp = make();
+    ASSERT_EQ(mp.setFileName(path("song.wav")), 0);
+    EXPECT_FALSE(mp.isValid());
+    mp.Play();
+    ASSERT_TRUE(Clock::get().wait(5000, [&] { return mp.CurrentPosition() > 0.3; }));
+    mp.Pause();
+    EXPECT_EQ(mp.PlayState(), MediaPlayer::mpPaused);
+    const double held = mp.CurrentPosition();
+    Clock::get().wait(400);
+    EXPECT_NEAR(mp.CurrentPosition(), held, 0.05);
+    EXPECT_LT(held, 1.5);
+
+    mp.setCurrentPosition(1.5);
+    mp.Play();
+    ASSERT_TRUE(Clock::get().wait(5000, [&] { return mp.PlayState() == MediaPlayer::mpStopped; }));
+    EXPECT_NEAR(mp.CurrentPosition(), mp.Duration(), 0.1);
+    EXPECT_EQ(plays.back(), Change(2, 0));
+    player.reset();
+    daemon.kill();
+    daemon.waitForFinished();
 }
 
 TEST_F(MpvMediaPlayerTest, VolumeAndBalanceReachMpv) {
