@@ -155,7 +155,7 @@ TEST_F(CDtoMP3Test, TheTemporarySpaceQuestionComesBelowThirtyMegabytes) {
     EXPECT_TRUE(sawSettings);
 }
 
-TEST_F(CDtoMP3Test, ARunMakesOneMp3ATrackWithTheBarsFollowingAndRemovesTheTemporaryWav) {
+TEST_F(CDtoMP3Test, ARunMakesOneMp3ATrackWithTheBarsFollowingAndAnExistingOneIsAskedAbout) {
     SaveAppSetting(QStringLiteral("Conversion Bitrate"), QStringLiteral("3"));
     frmCDtoMP3& w = open();
     w.mnuDownMix->trigger();
@@ -191,6 +191,31 @@ TEST_F(CDtoMP3Test, ARunMakesOneMp3ATrackWithTheBarsFollowingAndRemovesTheTempor
     EXPECT_DOUBLE_EQ(seen[1].second, 3495.0 / 2);
     EXPECT_DOUBLE_EQ(seen[1].first, 3495.0 / 4);
     EXPECT_DOUBLE_EQ(seen[2].first, 3495.0 / 2 + 3495.0 / 4);
+
+    // An existing MP3 is asked about. Yes: the old file goes first.
+    const QString old = out() + QStringLiteral("/Track1.mp3");
+    select(w, {0});
+    msgBox().script({Mb::Yes});
+    w.mnuConvert->trigger();
+    EXPECT_EQ(msgBox().shown.last().text,
+              QStringLiteral("The output MP3 filename for the current track already exists.  "
+                             "Would you like to overwrite the existing file?"));
+    EXPECT_EQ(msgBox().shown.last().icon(), Mb::Question);
+    EXPECT_EQ(encoder().run.setFilesCalls.last().second, old);
+    // No, and a cancelled dialog: the old name stands.
+    msgBox().script({Mb::No});
+    dialogs->scriptCancel();
+    w.mnuConvert->trigger();
+    const DialogCall& save = dialogs->calls.last();
+    EXPECT_EQ(save.kind, DialogCall::Save);
+    EXPECT_EQ(save.request.title, QStringLiteral("Enter Output Filename for Current CD Track..."));
+    EXPECT_EQ(save.request.filter + "|" + save.request.initDir, "MPEG Layer 3|*.mp3|" + out());
+    EXPECT_EQ(encoder().run.setFilesCalls.last().second, old);
+    // No, and a new name.
+    msgBox().script({Mb::No});
+    dialogs->scriptFiles({out() + QStringLiteral("/other.mp3")});
+    w.mnuConvert->trigger();
+    EXPECT_EQ(encoder().run.setFilesCalls.last().second, out() + QStringLiteral("/other.mp3"));
 
     // An output folder at the root doubles no separator.
     encoder().run.writesOutput = false;
@@ -242,37 +267,6 @@ TEST_F(CDtoMP3Test, AStopEndsTheLineInWorkAndTheWindowStaysWhileARunGoesOn) {
     ASSERT_EQ(acd().previews.size(), 1);
     EXPECT_EQ(acd().previews[0][0], 3);
     EXPECT_EQ(acd().endPreviews, 1);
-}
-
-TEST_F(CDtoMP3Test, AnExistingMp3IsAskedAbout) {
-    frmCDtoMP3& w = open();
-    const QString old = out() + QStringLiteral("/Track1.mp3");
-    select(w, {0});
-    // Yes: the old file goes first.
-    ASSERT_TRUE(writeBytes(old, "old"));
-    msgBox().script({Mb::Yes});
-    w.mnuConvert->trigger();
-    EXPECT_EQ(msgBox().shown.last().text,
-              QStringLiteral("The output MP3 filename for the current track already exists.  "
-                             "Would you like to overwrite the existing file?"));
-    EXPECT_EQ(msgBox().shown.last().icon(), Mb::Question);
-    EXPECT_EQ(encoder().run.setFilesCalls.last().second, old);
-
-    // No, and a cancelled dialog: the old name stands.
-    msgBox().script({Mb::No});
-    dialogs->scriptCancel();
-    w.mnuConvert->trigger();
-    const DialogCall& save = dialogs->calls.last();
-    EXPECT_EQ(save.kind, DialogCall::Save);
-    EXPECT_EQ(save.request.title, QStringLiteral("Enter Output Filename for Current CD Track..."));
-    EXPECT_EQ(save.request.filter + "|" + save.request.initDir, "MPEG Layer 3|*.mp3|" + out());
-    EXPECT_EQ(encoder().run.setFilesCalls.last().second, old);
-
-    // No, and a new name.
-    msgBox().script({Mb::No});
-    dialogs->scriptFiles({out() + QStringLiteral("/other.mp3")});
-    w.mnuConvert->trigger();
-    EXPECT_EQ(encoder().run.setFilesCalls.last().second, out() + QStringLiteral("/other.mp3"));
 }
 
 TEST_F(CDtoMP3Test, NothingToConvertIsToldAndAFailedExtractionWaitsForTheStop) {
