@@ -150,7 +150,7 @@ TEST_F(LifetimeTest, ABurstOfTenThousandHandOversNeverNestsAndAFileAfterThemPlay
     msgBox().onShow = [&deepest](const ShownBox&) {
         deepest = std::max(deepest, EventsRunning::depth());
     };
-    const qint64 before = residentBytes();
+    [[maybe_unused]] const qint64 before = residentBytes();
 
     // As the link delivers them: each one queued as it arrives.
     constexpr int Burst = 10000;
