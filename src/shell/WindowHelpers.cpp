@@ -56,10 +56,6 @@ xcb_atom_t atom(xcb_connection_t* c, const char* name) {
     return a;
 }
 
-}  // namespace
-
-namespace {
-
 // The X connection of a window of ours that has its native window, or none (another
 // platform, or not yet created).
 xcb_connection_t* x11Connection(const QWidget* window) {

@@ -13,7 +13,6 @@
 #include <cstring>
 #include <ctime>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -63,21 +62,21 @@ xcb_window_t ownWindow() {
     return w;
 }
 
-// The next event of `kind` (others are dropped), or none within 10 s.
-xcb_generic_event_t* waitFor(int kind) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+using Deadline = std::chrono::steady_clock::time_point;
+
+Deadline secondsFromNow(int seconds) {
+    return std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
+}
+
+// The next event, or none once `deadline` has passed or the connection broke.
+xcb_generic_event_t* nextEvent(Deadline deadline) {
     while (std::chrono::steady_clock::now() < deadline) {
-        xcb_generic_event_t* ev = xcb_poll_for_event(c);
-        if (!ev) {
-            if (xcb_connection_has_error(c)) return nullptr;
-            struct timespec pause {
-                0, 10'000'000
-            };
-            nanosleep(&pause, nullptr);
-            continue;
-        }
-        if ((ev->response_type & 0x7f) == kind) return ev;
-        std::free(ev);
+        if (xcb_generic_event_t* ev = xcb_poll_for_event(c)) return ev;
+        if (xcb_connection_has_error(c)) return nullptr;
+        struct timespec pause {
+            0, 10'000'000
+        };
+        nanosleep(&pause, nullptr);
     }
     return nullptr;
 }
@@ -96,7 +95,10 @@ int drop(int argc, char** argv) {
     // with and to date the drop, as a drag begun by a button press would.
     xcb_change_property(c, XCB_PROP_MODE_APPEND, source, stamp, XCB_ATOM_STRING, 8, 0, nullptr);
     xcb_flush(c);
-    xcb_generic_event_t* stamped = waitFor(XCB_PROPERTY_NOTIFY);
+    const Deadline soon = secondsFromNow(10);
+    xcb_generic_event_t* stamped = nullptr;
+    while ((stamped = nextEvent(soon)) && (stamped->response_type & 0x7f) != XCB_PROPERTY_NOTIFY)
+        std::free(stamped);
     if (!stamped) return 2;
     const xcb_timestamp_t now = reinterpret_cast<xcb_property_notify_event_t*>(stamped)->time;
     std::free(stamped);
@@ -108,18 +110,11 @@ int drop(int argc, char** argv) {
                 {source, 0, uint32_t(x) << 16 | uint32_t(y & 0xffff), now, copy});
 
     const xcb_atom_t status = atom("XdndStatus"), finished = atom("XdndFinished");
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    const Deadline deadline = secondsFromNow(30);
     int result = 2;
-    while (result == 2 && std::chrono::steady_clock::now() < deadline) {
-        xcb_generic_event_t* ev = xcb_poll_for_event(c);
-        if (!ev) {
-            if (xcb_connection_has_error(c)) break;
-            struct timespec pause {
-                0, 10'000'000
-            };
-            nanosleep(&pause, nullptr);
-            continue;
-        }
+    while (result == 2) {
+        xcb_generic_event_t* ev = nextEvent(deadline);
+        if (!ev) break;
         const int kind = ev->response_type & 0x7f;
         if (kind == XCB_CLIENT_MESSAGE) {
             auto* m = reinterpret_cast<xcb_client_message_event_t*>(ev);
