@@ -8,6 +8,7 @@
 #include <QMetaObject>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "app/FileNames.h"
@@ -69,6 +70,16 @@ void setLeanAudioOptions(mpv_handle* mpv) {
 
 // Observation ids: the change itself matters less than the wakeup it brings.
 enum : uint64_t { ObserveEof = 1, ObserveWidth, ObserveHeight };
+
+// mpv's volume in percent for the control's hundredths of a decibel below full.
+double volumePercent(int volume) {
+    return 100.0 + volume / 100.0;
+}
+
+// The left and right gains of a balance: the far side is turned down, the near one kept.
+std::pair<double, double> balanceGains(int balance) {
+    return {balance > 0 ? 1.0 - balance / 1000.0 : 1.0, balance < 0 ? 1.0 + balance / 1000.0 : 1.0};
+}
 
 }  // namespace
 
@@ -344,30 +355,30 @@ void MpvMediaPlayer::Play() {
     if (!isOpen() || PlayState() == mpPlaying) return;
     // After the end, play starts over.
     if (atEnd()) seekTo(0);
-    if (playsSong())
-        song_.play();
-    else
-        mpv_set_property_string(mpv_, "pause", "no");
+    setPaused(false);
     changePlayState(mpPlaying);
 }
 
 void MpvMediaPlayer::Pause() {
     if (!isOpen() || PlayState() != mpPlaying) return;
-    if (playsSong())
-        song_.pause();
-    else
-        mpv_set_property_string(mpv_, "pause", "yes");
+    setPaused(true);
     changePlayState(mpPaused);
 }
 
 void MpvMediaPlayer::Stop() {
     if (!isOpen()) return;
-    if (playsSong())
-        song_.pause();
-    else
-        mpv_set_property_string(mpv_, "pause", "yes");
+    setPaused(true);
     seekTo(0);
     changePlayState(mpStopped);
+}
+
+void MpvMediaPlayer::setPaused(bool paused) {
+    if (!playsSong())
+        mpv_set_property_string(mpv_, "pause", paused ? "yes" : "no");
+    else if (paused)
+        song_.pause();
+    else
+        song_.play();
 }
 
 void MpvMediaPlayer::songEnded() {
@@ -474,16 +485,15 @@ bool MpvMediaPlayer::drawsOnSurface() const {
 void MpvMediaPlayer::applySongGains() {
     // mpv's mapping, so that a song sounds as loud as it did through mpv: the percentage
     // below, cubed.
-    const double level = std::pow((100.0 + Volume() / 100.0) / 100.0, 3);
-    const int b = Balance();
-    song_.setGains(float(level * (b > 0 ? 1.0 - b / 1000.0 : 1.0)),
-                   float(level * (b < 0 ? 1.0 + b / 1000.0 : 1.0)));
+    const double level = std::pow(volumePercent(Volume()) / 100.0, 3);
+    const auto [left, right] = balanceGains(Balance());
+    song_.setGains(float(level * left), float(level * right));
 }
 
 void MpvMediaPlayer::applyVolume() {
     applySongGains();
     if (!mpv_) return;
-    double percent = 100.0 + Volume() / 100.0;
+    double percent = volumePercent(Volume());
     mpv_set_property(mpv_, "volume", MPV_FORMAT_DOUBLE, &percent);
 }
 
@@ -495,8 +505,7 @@ void MpvMediaPlayer::applyBalance() {
         mpv_set_property_string(mpv_, "af", "");
         return;
     }
-    const double left = b > 0 ? 1.0 - b / 1000.0 : 1.0;
-    const double right = b < 0 ? 1.0 + b / 1000.0 : 1.0;
+    const auto [left, right] = balanceGains(b);
     const QByteArray chain = QStringLiteral(
                                  "lavfi=[aformat=channel_layouts=stereo,"
                                  "pan=stereo|c0=%1*c0|c1=%2*c1]")

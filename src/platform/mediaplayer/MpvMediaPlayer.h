@@ -105,6 +105,8 @@ class MpvMediaPlayer : public MediaPlayer {
         return (song_.isOpen() || mpv_) && outcome_ == Outcome::Loaded && OpenState() == mpoOpen;
     }
     bool playsSong() const { return song_.isOpen(); }
+    // Pauses or resumes whichever plays the file: the song player or mpv.
+    void setPaused(bool paused);
     void songEnded();
     bool atEnd() const;
     bool hasAudioOrVideo() const;

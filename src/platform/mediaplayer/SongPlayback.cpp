@@ -161,8 +161,8 @@ void SongPlayback::run(qint64 from) {
     // server starts to sound up to a second and a half late, where one that is only
     // flushed resumes at once.
     if (output_ == Output::Pulse && !server_) {
-        const pa_sample_spec spec{PA_SAMPLE_FLOAT32NE, uint32_t(rate_), 2};
-        const uint32_t second = uint32_t(pa_bytes_per_second(&spec));
+        const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, uint32_t(rate_), 2};
+        const uint32_t second = uint32_t(pa_bytes_per_second(&format));
         // Half a second held in the server, asked for a tenth at a time: few wakeups.
         pa_buffer_attr attr;
         attr.maxlength = uint32_t(-1);
@@ -172,8 +172,8 @@ void SongPlayback::run(qint64 from) {
         attr.prebuf = second / 10;
         attr.minreq = second / 10;
         attr.fragsize = uint32_t(-1);
-        server_ = pa_simple_new(nullptr, "Cantovel", PA_STREAM_PLAYBACK, nullptr, "Playback", &spec,
-                                nullptr, &attr, nullptr);
+        server_ = pa_simple_new(nullptr, "Cantovel", PA_STREAM_PLAYBACK, nullptr, "Playback",
+                                &format, nullptr, &attr, nullptr);
     }
     pa_simple* const server = server_;
     sf_seek(file_, from, SEEK_SET);
