@@ -24,10 +24,7 @@ QByteArray readRaw(const QByteArray& path) {
 }
 
 TEST(FileNamesTest, AnyBytesComeBackExactlyAndUtf8ReadsAsText) {
-    const QByteArray samples[] = {"plain.wav",
-                                  "caf\xC3\xA9.mp3",
-                                  "caf\xE9.mp3",
-                                  "\xFF\xFE",
+    const QByteArray samples[] = {"caf\xE9.mp3",
                                   "\xED\xB2\x80",  // a surrogate
                                   "\xC0\xAF",      // overlong
                                   "\xF0\x9F\x8E\xB5 note",

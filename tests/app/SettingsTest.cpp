@@ -1,12 +1,25 @@
+// The settings store as the user's file holds it, and the main window's start and close:
+// what they read from it and write back.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QFile>
+#include <QScreen>
 
+#include "app/Forms.h"
 #include "app/Runtime.h"
 #include "app/Settings.h"
+#include "app/SubMain.h"
+#include "platform/Components.h"
+#include "platform/instance/LocalInstanceLink.h"
+#include "player/frmMain.h"
+#include "player/frmTemp.h"
 #include "support/AppTest.h"
+#include "support/FakeMediaPlayer.h"
+#include "support/FakeMixer.h"
 
 using namespace cantovel;
+using namespace cantovel::test;
 
 namespace {
 
@@ -15,46 +28,45 @@ constexpr auto HKCU = RegRoot::CurrentUser;
 const QString readMessage =
     "An error occurred attempting to read \r\na setting from the Windows Registry.";
 
-class SettingsTest : public cantovel::test::AppTest {};
+class SettingsTest : public AppTest {
+  protected:
+    void SetUp() override {
+        AppTest::SetUp();
+        mixer = std::make_shared<FakeMixer>();
+        Components::provideService<Mixer>(mixer);
+        const QString folder = tempDir() + "/link";
+        Components::provideFactory<InstanceLink>(
+            [folder] { return std::make_unique<LocalInstanceLink>(folder); });
+    }
+    frmMain* start() {
+        // A main window closed before must be gone, and with it its hold on the link.
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_EQ(SubMain({QStringLiteral("cantovel")}), -1);
+        return frmMain::instance();
+    }
+
+    std::shared_ptr<FakeMixer> mixer;
+};
 
 }  // namespace
 
-TEST_F(SettingsTest, MissingSettingGivesTheDefaultWithAMessageOnlyWhenAsked) {
-    EXPECT_EQ(ReadAppSetting("Main Window Top", "450", true, true), "450");
-    EXPECT_TRUE(msgBox().shown.isEmpty());
-
-    EXPECT_EQ(ReadAppSetting("Main Window Top", "450", true, false), "450");
-    ASSERT_EQ(msgBox().shown.size(), 1);
-    const auto& box = msgBox().shown[0];
-    EXPECT_EQ(box.text, readMessage);
-
-    // An existing key without the value is a failed read as well.
-    ASSERT_TRUE(SaveAppSetting("Other", "1"));
-    EXPECT_EQ(ReadAppSetting("Main Window Top", "450", true, false), "450");
-    EXPECT_EQ(msgBox().shown.size(), 2);
-}
-
-TEST_F(SettingsTest, SavedTextsLandInTheSettingsKeyAsText) {
+TEST_F(SettingsTest, SettingsAreTextInTheUsersStoreAndReadBackAsTheProgramWantsThem) {
     EXPECT_TRUE(SaveAppSetting("SkinPath", "/home/me/skins/Blue"));
-    EXPECT_TRUE(SaveAppSetting("Temp  Location", "/tmp", false));
     auto v = registry().queryValue(HKCU, "Software\\Brightfen\\Cantovel\\Settings", "SkinPath");
     ASSERT_TRUE(v);
     EXPECT_EQ(v->type, quint32(REG_SZ));
     EXPECT_EQ(v->data, QByteArray("/home/me/skins/Blue", 20));
     EXPECT_EQ(ReadAppSetting("skinpath", ""), "/home/me/skins/Blue");
-    // The store lives in the user's configuration folder.
     EXPECT_TRUE(
         QFile::exists(qEnvironmentVariable("XDG_CONFIG_HOME") + "/cantovel/HKEY_CURRENT_USER.reg"));
+    EXPECT_TRUE(SaveAppSetting("Temp  Location", "/tmp", false));
     EXPECT_EQ(ReadAppSetting("Temp  Location", "x", false), "/tmp");
     EXPECT_EQ(ReadAppSetting("Temp  Location", "x", true), "x");
-}
 
-TEST_F(SettingsTest, ValuesReadBackAsTheProgramExpectsThem) {
-    ASSERT_TRUE(registry().createKey(HKCU, SettingsKey()));
+    // A number stored as such reads with at least three digits. The read buffer holds 511
+    // characters; empty is not the default.
     ASSERT_TRUE(registry().setValue(HKCU, SettingsKey(), "Volume", RegValue::dword(5)));
-    ASSERT_TRUE(registry().setValue(HKCU, SettingsKey(), "Big", RegValue::dword(305419896)));
-    EXPECT_EQ(ReadAppSetting("Volume", "100"), "005");  // at least three digits
-    // The read buffer holds 511 characters; empty is not the default.
+    EXPECT_EQ(ReadAppSetting("Volume", "100"), "005");
     const QString fits(511, u'a'), tooLong(512, u'b');
     ASSERT_TRUE(SaveAppSetting("Fits", fits));
     ASSERT_TRUE(SaveAppSetting("TooLong", tooLong));
@@ -63,10 +75,11 @@ TEST_F(SettingsTest, ValuesReadBackAsTheProgramExpectsThem) {
     EXPECT_EQ(ReadAppSetting("TooLong", "default"), "default");
     EXPECT_EQ(ReadAppSetting("Empty", "default"), "");
     EXPECT_TRUE(msgBox().shown.isEmpty());
+
+    // A failed read tells only when asked to.
     EXPECT_EQ(ReadAppSetting("TooLong", "default", true, false), "default");
-    EXPECT_EQ(msgBox().texts(), QStringList{readMessage});
-    ASSERT_TRUE(SaveAppSetting("Playlist Visible", CStr(false)));
-    EXPECT_EQ(CBool(ReadAppSetting("Playlist Visible", CStr(true))), false);
+    EXPECT_EQ(ReadAppSetting("Main Window Top", "450", true, false), "450");
+    EXPECT_EQ(msgBox().texts(), (QStringList{readMessage, readMessage}));
 }
 
 TEST_F(SettingsTest, FailedWritesAndDeletesShowTheirMessages) {
@@ -84,7 +97,50 @@ TEST_F(SettingsTest, FailedWritesAndDeletesShowTheirMessages) {
         (QStringList{"An error occurred attempting to save a setting to the Windows Registry.",
                      "An error occurred attempting to delete a setting from the Windows Registry.",
                      "An error occurred attempting to delete a key from the Windows Registry."}));
-    for (const auto& box : msgBox().shown) {
-        EXPECT_EQ(box.icon(), Mb::Exclamation);
-    }
+    for (const auto& box : msgBox().shown) EXPECT_EQ(box.icon(), Mb::Exclamation);
+}
+
+TEST_F(SettingsTest, TheMainWindowComesBackWhereItClosedWithTheSavedVolumes) {
+    // The first start: every default, silently, with no mixer.
+    mixer->present = false;
+    frmMain* main = start();
+    ASSERT_TRUE(main);
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_FALSE(main->windowFlags() & Qt::WindowStaysOnTopHint);
+    EXPECT_EQ(main->PlayerVolume, 100);
+    EXPECT_EQ(main->MasterVolume, 255);
+    EXPECT_TRUE(msgBox().shown.isEmpty());
+    EXPECT_EQ(frmTemp::get().mnuExit->text(), "E&xit\tAlt+F4");
+    main->move(40, 20);
+    const QPoint at = main->pos();
+    ASSERT_TRUE(main->unload());
+    const double tpp = 1440.0 / QApplication::primaryScreen()->logicalDotsPerInchX();
+    EXPECT_EQ(ReadAppSetting("Main Window Left", "x"), QString::number(qRound(at.x() * tpp)));
+    EXPECT_EQ(ReadAppSetting("Main Window Top", "x"), QString::number(qRound(at.y() * tpp)));
+
+    // With its position asked for, the window comes back there, on top when asked; the
+    // volumes come from the setting and the mixer.
+    FakeMediaPlayer::install();
+    mixer->present = true;
+    mixer->volume = 64;
+    SaveAppSetting("Volume", "50");
+    SaveAppSetting("Position", "1");
+    SaveAppSetting("Always Ontop", "1");
+    main = start();
+    EXPECT_EQ(main->pos(), at);
+    EXPECT_TRUE(main->windowFlags() & Qt::WindowStaysOnTopHint);
+    EXPECT_EQ(main->PlayerVolume, 50);
+    EXPECT_EQ(main->MasterVolume, 64);
+    EXPECT_EQ(frmTemp::get().MP->Volume(), -5000);
+    unloadTheProgram();
+
+    // A volume past a byte and a position past any screen: each statement is passed over.
+    SaveAppSetting("Volume", "300");
+    SaveAppSetting("Main Window Top", "1e308");
+    SaveAppSetting("Main Window Left", "150");
+    main = start();
+    EXPECT_EQ(main->PlayerVolume, 0);
+    EXPECT_EQ(main->x(), qRound(150 / tpp));
+    // A path with blanks comes as one.
+    EXPECT_EQ(CommandLineOf({"cantovel", "/music/my", "song.mp3"}), "/music/my song.mp3");
 }

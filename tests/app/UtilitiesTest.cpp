@@ -1,5 +1,5 @@
-// The runtime conversions, the time texts, path parts, and file and disk queries, case by
-// case.
+// The runtime conversions, the time texts, path parts, and file and disk queries: one row
+// for each way through them.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -27,21 +27,12 @@ TEST(ConvertSeconds, WholeSecondsSplitExactlyAndWordsAreShortTogetherLongAlone) 
         ASSERT_EQ(ConvertSeconds(s, true, true), expected) << s;
     }
     const std::tuple<double, bool, bool, const char*> cases[] = {
-        {0, true, false, ":00"},
-        {36000, true, true, "10:00:00"},
         {59.6, true, true, "1:00"},
-        {59.6, false, true, "1 minute"},
-        {2.5, true, true, ":02"},
-        {3.5, true, true, ":04"},  // halves to the even one
+        {2.5, true, true, ":02"},  // halves to the even one
         {3907, false, true, "1 hr 5 min 7 sec"},
         {3907, false, false, "1 h 5 m 7 s"},
-        {3900, false, true, "1 hr 5 min "},
-        {67, false, false, "1 m 7 s"},
         {120, false, false, "2 minutes"},
         {3600, false, true, "1 hour"},
-        {7200, false, true, "2 hours"},
-        {1, false, true, "1 second"},
-        {45, false, true, "45 seconds"},
         {0, false, true, ""}};
     for (const auto& [seconds, digital, together, text] : cases)
         EXPECT_EQ(ConvertSeconds(seconds, digital, together), text) << seconds;
@@ -49,9 +40,8 @@ TEST(ConvertSeconds, WholeSecondsSplitExactlyAndWordsAreShortTogetherLongAlone) 
     ConvertSeconds(3907, false, true, &d);
     EXPECT_EQ(QStringList({d.hours, d.minutes, d.seconds}), QStringList({"01", "05", "07"}));
 
-    for (const auto& [ms, text] :
-         {std::pair{0, "0:00.000"}, std::pair{61001, "1:01.001"}, std::pair{3599999, "59:59.999"},
-          std::pair{3600000, "1:00:00.000"}, std::pair{36000000, "10:00:00.000"}})
+    for (const auto& [ms, text] : {std::pair{61001, "1:01.001"}, std::pair{3599999, "59:59.999"},
+                                   std::pair{3600000, "1:00:00.000"}})
         EXPECT_EQ(TimeToString(ms), text);
 }
 
@@ -62,25 +52,19 @@ TEST(ParsePathParts, QuotedFilesFoldersTheRootAndOddNames) {
               QStringList({"", "/music", "/music", "My Song.live.mp3", "My Song.live"}));
     EXPECT_EQ(r.whole, "  \"/music/My Song.live.mp3\" ");
     const std::tuple<const char*, const char*, const char*> cases[] = {
-        {"/music/a.cda", "f", "a.cda"},
-        {"/music/a.cda", "b", "a"},
-        {"/music/a.cda", "l", "/music"},
-        {"/music/a.cda", "x", "/music"},
         {"/music/a.cda", "d", ""},
         {"/music/albums/", "p", "/music/albums"},
-        {"/", "p", "/"},
         {"/vmlinuz", "l", "/"},
         {"/tmp/name.", "e", ""},
-        {"song", "b", "song"},
-        {"   ", "f", ""}};
+        {"song", "b", "song"}};
     for (const auto& [path, part, expected] : cases)
         EXPECT_EQ(ParsePathParts(path, part), expected) << path << " " << part;
     EXPECT_EQ(ParsePathParts("/music/a.cda", "e", false, true, false), "cda");
     EXPECT_EQ(ParsePathParts("/music/albums", "p", true), "/music/albums");
     EXPECT_EQ(LastPathParts().file, "");
     // A blank call clears what the last one left.
-    ParsePathParts("song", "f");
-    ParsePathParts("   ", "f");
+    EXPECT_EQ(ParsePathParts("song", "f"), "song");
+    EXPECT_EQ(ParsePathParts("   ", "f"), "");
     EXPECT_EQ(LastPathParts().file, "");
     EXPECT_EQ(LastPathParts().whole, "   ");
 }
@@ -97,7 +81,6 @@ TEST(FileAndPathExists, HiddenEntriesFilesFoldersAndBlanks) {
     EXPECT_TRUE(PathExists(dir.path() + "/.folder"));
     EXPECT_FALSE(FileExists(dir.path() + "/.folder"));
     EXPECT_FALSE(FileExists(dir.path() + "/missing") || PathExists(dir.path() + "/missing"));
-    EXPECT_FALSE(FileExists("") || PathExists(""));
 
     // Blanks only is false even when such an entry exists.
     const QString old = QDir::currentPath();
@@ -120,83 +103,50 @@ TEST(FileAndPathExists, HiddenEntriesFilesFoldersAndBlanks) {
 
 TEST(Runtime, ValReadsTheLeadingNumber) {
     EXPECT_EQ(Val("9pt"), 9);
-    EXPECT_EQ(Val("x"), 0);
     EXPECT_EQ(Val("  -12.5e1abc"), -125);
     EXPECT_EQ(Val("1 2 3"), 123);
+    EXPECT_EQ(Val("3.1.4"), 3.1);
     EXPECT_EQ(Val("&HFF"), 255);
     EXPECT_EQ(Val("&HFFFF"), -1);
-    EXPECT_EQ(Val(""), 0);
-    EXPECT_EQ(Val("3.1.4"), 3.1);
     // Far too many digits for 64 bits: a large number, not an overflow.
     EXPECT_DOUBLE_EQ(Val("&O" + QString(30, u'7')), std::pow(8.0, 30) - 1);
-    EXPECT_GT(Val("&H" + QString(20, u'F')), 1e24);
 }
 
-TEST(Runtime, BooleanTexts) {
-    EXPECT_EQ(CBool("True"), true);
-    EXPECT_EQ(CBool("false"), false);
-    EXPECT_EQ(CBool("-1"), true);
-    EXPECT_EQ(CBool("0"), false);
+TEST(Runtime, ConversionsRoundHalvesToEvenAndKeepToTheirRange) {
+    EXPECT_EQ(CBool("true"), true);
     EXPECT_EQ(CBool("2.5"), true);
     EXPECT_FALSE(CBool("maybe").has_value());
-    EXPECT_FALSE(CBool("").has_value());
-    EXPECT_EQ(CStr(true), "True");
     EXPECT_EQ(CBool(CStr(false)), false);
-}
 
-TEST(Runtime, RoundingHalvesToEvenAndFloor) {
     EXPECT_EQ(CInt(2.5), 2);
-    EXPECT_EQ(CInt(3.5), 4);
-    EXPECT_EQ(CInt(-2.5), -2);
-    EXPECT_EQ(CInt(2.6), 3);
     EXPECT_EQ(Int(-1.5), -2);
-    EXPECT_EQ(Int(1.999), 1);
     // Past the 64-bit range the ends hold; nothing is undefined.
     EXPECT_EQ(CInt(1e300), std::numeric_limits<qint64>::max());
     EXPECT_EQ(Int(-1e300), std::numeric_limits<qint64>::min());
     EXPECT_EQ(CInt(std::nan("")), 0);
-}
 
-TEST(Runtime, NarrowConversionsRaiseOverflowOutOfRange) {
     EXPECT_EQ(CByte(255.4), 255);
-    EXPECT_EQ(CByte(-0.4), 0);
-    for (double v : {300.0, -5.0, 255.5, std::nan(""), 1e308})
-        EXPECT_FALSE(CByte(v).has_value()) << v;
+    for (double v : {-5.0, 255.5, std::nan("")}) EXPECT_FALSE(CByte(v).has_value()) << v;
     EXPECT_EQ(CInt16(-32768), -32768);
-    EXPECT_FALSE(CInt16(32768).has_value());
-    EXPECT_EQ(CLng(2147483647), 2147483647);
     EXPECT_FALSE(CLng(2147483648.0).has_value());
-    EXPECT_FALSE(CLng(1e308 / 15).has_value());
 }
 
 TEST(Runtime, FormatPatterns) {
     EXPECT_EQ(Format(5, "000"), "005");
-    EXPECT_EQ(Format(1234, "000"), "1234");
-    EXPECT_EQ(Format(7, "00"), "07");
-    EXPECT_EQ(Format(0, "0"), "0");
-    EXPECT_EQ(Format(2.5, "0"), "3");
-    EXPECT_EQ(Format(1.25, "0.0"), "1.3");
-    EXPECT_EQ(Format(0.05, "0.0"), "0.1");
-    EXPECT_EQ(Format(3, "0.00 MB"), "3.00 MB");
-    EXPECT_EQ(Format(42.456, "0.00 MB"), "42.46 MB");
     EXPECT_EQ(Format(5, "0#"), "05");
-    EXPECT_EQ(Format(12, "0#"), "12");
+    EXPECT_EQ(Format(42.456, "0.00 MB"), "42.46 MB");
     EXPECT_EQ(Format(-1.5, "0.0"), "-1.5");
     // Exact for every 32-bit value, and halves away from zero in decimal.
     EXPECT_EQ(Format(4294967295.0, "0"), "4294967295");
-    EXPECT_EQ(Format(500000000, "0"), "500000000");
-    EXPECT_EQ(Format(-2147483648.0, "0"), "-2147483648");
-    EXPECT_EQ(Format(4294967295.0, "0.00"), "4294967295.00");
     EXPECT_EQ(Format(2.675, "0.00"), "2.68");
-    EXPECT_EQ(Format(0.005, "0.00"), "0.01");
     EXPECT_EQ(Format(9.995, "0.00"), "10.00");
+    EXPECT_EQ(Format(0.005, "0.00"), "0.01");
     EXPECT_EQ(Format(-0.004, "0.00"), "0.00");
     EXPECT_EQ(Format(1e300, "0").size(), 301);
 }
 
 TEST(Runtime, HexAndRandom) {
     EXPECT_EQ(Hex(0xCBF43926u), "CBF43926");
-    EXPECT_EQ(Hex(0), "0");
     Randomize(42);
     double lo = 1, hi = 0;
     for (int i = 0; i < 10000; ++i) {

@@ -20,43 +20,31 @@ class EditTest : public PlaylistTest {
     }
 };
 
-TEST_F(EditTest, MovingWrapsAtBothEndsAndKeysReachTheCommands) {
-    const QStringList s = songs(3);
+TEST_F(EditTest, MovingWrapsRemovingSelectsTheNewLastRowAndBothWaitWhileTheListIsOff) {
+    const QStringList s = songs(5);
     rows(s);
     main->PlaylistSaved = VTrue;
-    select({2});
+    select({4});
     menus->mnuMoveDown->trigger();
-    EXPECT_EQ(main->List1, (QStringList{s[2], s[0], s[1]}));
+    EXPECT_EQ(main->List1, (QStringList{s[4], s[0], s[1], s[2], s[3]}));
     EXPECT_EQ(names(), namesOf(main->List1));
+    EXPECT_EQ(main->PlaylistSaved, VFalse);
     menus->mnuMoveUp->trigger();
     EXPECT_EQ(main->List1, s);
 
     select({0});
     key(Qt::Key_D, Qt::ControlModifier);
-    EXPECT_EQ(main->List1, (QStringList{s[1], s[0], s[2]}));
-    key(Qt::Key_Delete);
-    EXPECT_EQ(main->List1, (QStringList{s[1], s[2]}));
+    EXPECT_EQ(main->List1, (QStringList{s[1], s[0], s[2], s[3], s[4]}));
     key(Qt::Key_F2);
     EXPECT_EQ(ReadAppSetting("Audio Randomize", ""), QStringLiteral("True"));
-}
-
-TEST_F(EditTest, RemovingSelectsTheNewLastRowAndIsRefusedWhileTheListIsOff) {
-    const QStringList s = songs(5);
-    rows(s);
-    select({3, 4, 1});
-    editor->mnuRemove();
-    EXPECT_EQ(main->List1, (QStringList{s[0], s[2]}));
+    select({4, 1, 3});
+    key(Qt::Key_Delete);
+    EXPECT_EQ(main->List1, (QStringList{s[1], s[2]}));
     EXPECT_EQ(list().selectedRowList(), (QVector<int>{1}));
 
-    main->PlaylistSaved = VTrue;
-    list().clearSelection();
-    editor->mnuRemove();  // nothing selected: only marked unsaved
-    EXPECT_EQ(main->PlaylistSaved, VFalse);
-
-    select({0});
     list().setEnabled(false);
-    editor->mnuRemove();
-    editor->mnuMoveDown();
+    menus->mnuRemove->trigger();
+    menus->mnuMoveDown->trigger();
     ASSERT_EQ(msgBox().shown.size(), 2);
     EXPECT_EQ(msgBox().shown[0].text,
               QStringLiteral("If you wish to adjust the playlist, you must stop the currently "
@@ -64,7 +52,7 @@ TEST_F(EditTest, RemovingSelectsTheNewLastRowAndIsRefusedWhileTheListIsOff) {
     list().setEnabled(true);
 
     menus->mnuNew->trigger();
-    editor->mnuRemove();
+    menus->mnuRemove->trigger();
     EXPECT_EQ(msgBox().shown.last().text,
               QStringLiteral("No files are currently in your playlist to remove."));
 }
@@ -107,19 +95,15 @@ TEST_F(EditTest, DeleteDuplicatesGivesTheRowByRowResultOnAnyList) {
     EXPECT_EQ(main->List1, (QStringList{a2, c}));
 }
 
-TEST_F(EditTest, AddTakesOneFileSeveralOrAPlaylistAndRemembersTheFolder) {
+TEST_F(EditTest, AddTakesFilesOrAPlaylistAndADroppedFolderItsOwnFilesOfTheListedKinds) {
     const QStringList s = songs(3);
-    dialogs->scriptFiles({s[0]});
-    menus->mnuAdd->trigger();
-    ASSERT_EQ(dialogs->calls.size(), 1);
-    EXPECT_EQ(dialogs->calls[0].request.title, QStringLiteral("Select Audio Files:"));
-    EXPECT_EQ(main->List1, (QStringList{s[0]}));
-    EXPECT_EQ(ReadAppSetting("Playlist Add Dialog Path", ""), tempDir());
-
     const QString ply = file("two.ply", (s[1] + "\r\n" + s[2] + "\r\n").toLocal8Bit());
     dialogs->scriptFiles({ply, s[0]});
     menus->mnuAdd->trigger();
-    EXPECT_EQ(main->List1, (QStringList{s[0], s[1], s[2], s[0]}));
+    ASSERT_EQ(dialogs->calls.size(), 1);
+    EXPECT_EQ(dialogs->calls[0].request.title, QStringLiteral("Select Audio Files:"));
+    EXPECT_EQ(main->List1, (QStringList{s[1], s[2], s[0]}));
+    EXPECT_EQ(ReadAppSetting("Playlist Add Dialog Path", ""), tempDir());
     const int extent = list().horizontalExtent();
     EXPECT_GT(extent, 20);
 
@@ -130,10 +114,9 @@ TEST_F(EditTest, AddTakesOneFileSeveralOrAPlaylistAndRemembersTheFolder) {
     EXPECT_EQ(main->PlaylistSaved, VTrue);
     dialogs->scriptFiles({s[0]});
     menus->mnuAdd->trigger();
+    EXPECT_EQ(main->List1, (QStringList{s[0]}));
     EXPECT_EQ(list().horizontalExtent(), extent);
-}
 
-TEST_F(EditTest, ADroppedFolderAddsItsOwnFilesOfTheListedKinds) {
     QDir(tempDir()).mkpath("drop/sub");
     const QString folder = tempDir() + "/drop";
     const QString wav = file("drop/a.wav"), m3u = file("drop/b.m3u"), mp3 = file("drop/c.MP3");
@@ -143,6 +126,7 @@ TEST_F(EditTest, ADroppedFolderAddsItsOwnFilesOfTheListedKinds) {
     const QString inner = media("inner.mp3");
     file("drop/d.ply", (inner + "\r\n").toLocal8Bit());
     const QString flac = file("drop/e.flac");
+    menus->mnuNew->trigger();
     dropOnEditor({folder});
     EXPECT_EQ(main->List1, (QStringList{wav, m3u, mp3, inner, flac}));
     EXPECT_EQ(names(), namesOf(main->List1));
@@ -160,7 +144,7 @@ TEST_F(EditTest, AHundredThousandRowsChangeInBlocks) {
     rows(paths);
     list().selectAll();
     list().setSelected(500, false);
-    editor->mnuRemove();
+    menus->mnuRemove->trigger();
     EXPECT_EQ(main->List1, (QStringList{"/m/500.mp3"}));
 
     // Every other row: as many runs as rows.
@@ -171,7 +155,7 @@ TEST_F(EditTest, AHundredThousandRowsChangeInBlocks) {
     for (int i = 1; i < 100000; i += 2)
         odd.select(list().model()->index(i, 0), list().model()->index(i, 0));
     list().selectionModel()->select(odd, QItemSelectionModel::Select);
-    editor->mnuRemove();
+    menus->mnuRemove->trigger();
     ASSERT_EQ(main->List1.size(), 50000);
     EXPECT_EQ(main->List1[1], QStringLiteral("/m/2.mp3"));
     EXPECT_EQ(list().selectedRowList(), (QVector<int>{1}));

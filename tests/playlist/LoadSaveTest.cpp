@@ -1,5 +1,5 @@
-// Loading and saving through the editor, the recent playlists, the questions that guard an
-// unsaved list, and the line reader's rules.
+// Saving, loading and running a list through the editor: the recent playlists, the questions
+// that guard an unsaved list, and the line reader's rules.
 #include <gtest/gtest.h>
 
 #include <QComboBox>
@@ -23,12 +23,12 @@ class LoadSaveTest : public PlaylistTest {
     QString saveAs(const QString& name) {
         const QString path = tempDir() + u'/' + name;
         dialogs->scriptFiles({path});
-        editor->mnuSave();
+        menus->mnuSave->trigger();
         return path;
     }
     void load(const QString& path) {
         dialogs->scriptFiles({path});
-        editor->mnuLoad();
+        menus->mnuLoad->trigger();
     }
     QString mruValue(const QString& name) {
         return ReadRegValue(RegRoot::LocalMachine,
@@ -37,7 +37,7 @@ class LoadSaveTest : public PlaylistTest {
     }
 };
 
-TEST_F(LoadSaveTest, SavedThenLoadedListComesBackAndCountsAsUnsaved) {
+TEST_F(LoadSaveTest, ASavedListReloadsRunsAndAsksBeforeClosing) {
     const QStringList s = songs(3);
     rows(s);
     const QString m3u = saveAs("mine.m3u");
@@ -49,7 +49,7 @@ TEST_F(LoadSaveTest, SavedThenLoadedListComesBackAndCountsAsUnsaved) {
     // The file didn't exist when its entry was due, so it has none yet.
     EXPECT_EQ(mruValue("MRU1"), QString());
 
-    editor->mnuNew();
+    menus->mnuNew->trigger();
     load(m3u);
     EXPECT_EQ(main->List1, s);
     EXPECT_EQ(names(), namesOf(s));
@@ -58,7 +58,16 @@ TEST_F(LoadSaveTest, SavedThenLoadedListComesBackAndCountsAsUnsaved) {
     EXPECT_EQ(mruValue("MRUTag1"), QStringLiteral("File length: %1").arg(bytes(m3u).size()));
     EXPECT_EQ(menus->mnuFileMRU[1]->text(), QStringLiteral("&1. ") + m3u);
 
-    // Closing at once asks, since a loaded list counts as unsaved; Cancel keeps it open.
+    // Play runs it from the first entry on.
+    main->imgButton_Click(1);
+    ASSERT_NE(AM(), nullptr);
+    EXPECT_EQ(AM()->fileName(), s[0]);
+    EXPECT_EQ(main->TitleText(), QStringLiteral("a.mp3"));
+    temp->mnuSeekNext->trigger();
+    EXPECT_EQ(AM()->fileName(), s[1]);
+    temp->mnuStop->trigger();
+
+    // Closing asks, since a loaded list counts as unsaved; Cancel keeps the window open.
     msgBox().script({Mb::Cancel});
     EXPECT_FALSE(editor->unload());
     ASSERT_EQ(msgBox().shown.size(), 1);
@@ -66,10 +75,18 @@ TEST_F(LoadSaveTest, SavedThenLoadedListComesBackAndCountsAsUnsaved) {
               QStringLiteral("Do you wish to save your current playlist configuration before "
                              "exiting?"));
     EXPECT_NE(ReadAppSetting("Playlist Window Top", ""), QString()) << "stored in any case";
-
     msgBox().script({Mb::No});
     EXPECT_TRUE(editor->unload());
     EXPECT_EQ(frmPlaylist::instance(), nullptr);
+
+    // One row with random play: the only pick is 1, past the queue; the file in hand stays.
+    setting("Audio Randomize", QStringLiteral("True"));
+    main->List1 = {s[0]};
+    main->CurrentFile = QStringLiteral("/before.mp3");
+    main->mnuRunPlaylist();
+    EXPECT_EQ(main->PlayIndex, 1);
+    EXPECT_EQ(main->CurrentFile, QStringLiteral("/before.mp3"));
+    EXPECT_FALSE(temp->mnuSeekNext->isEnabled());
 }
 
 TEST_F(LoadSaveTest, ANameTypedWithoutExtensionTakesTheChosenType) {
@@ -100,36 +117,30 @@ TEST_F(LoadSaveTest, ANameTypedWithoutExtensionTakesTheChosenType) {
     EXPECT_EQ(bytes(tempDir() + "/mine.m3u"), (s.join("\r\n") + "\r\n").toLocal8Bit());
 }
 
-TEST_F(LoadSaveTest, AListTheDiskRefusesIsToldAndStaysUnsaved) {
+TEST_F(LoadSaveTest, AListTheDiskRefusesIsToldAndLoadingOverItOffersToSaveFirst) {
     rows(songs(2));
-    const QString path = saveAs("gone/list.ply");
-    ASSERT_EQ(msgBox().texts().size(), 1);
-    EXPECT_EQ(msgBox().texts()[0], writeFailureText(path, QString()));
-    EXPECT_FALSE(QFile::exists(path));
+    const QString refused = saveAs("gone/list.ply");
+    EXPECT_EQ(msgBox().texts(), QStringList{writeFailureText(refused, QString())});
+    EXPECT_FALSE(QFile::exists(refused));
     EXPECT_FALSE(main->PlaylistSaved);
-}
 
-TEST_F(LoadSaveTest, LoadingOverAnUnsavedListOffersToSaveFirst) {
-    rows(songs(2));
-    main->PlaylistSaved = VFalse;
     const QString other = file("other.ply", (media("z.mp3") + "\r\n").toLocal8Bit());
     const QString kept = tempDir() + "/kept.ply";
     msgBox().script({Mb::Yes});
-    dialogs->scriptFiles({kept});   // the save
-    dialogs->scriptFiles({other});  // then the load
-    editor->mnuLoad();
-    ASSERT_EQ(msgBox().shown.size(), 1);
-    EXPECT_EQ(msgBox().shown[0].text,
+    dialogs->scriptFiles({kept});  // the save, then the load
+    load(other);
+    ASSERT_EQ(msgBox().shown.size(), 2);
+    EXPECT_EQ(msgBox().shown[1].text,
               QStringLiteral("Do you wish to save your current playlist configuration before "
                              "continuing?"));
     EXPECT_EQ(bytes(kept).count("\r\n"), 2);
     EXPECT_EQ(names(), (QStringList{"z.mp3"}));
 
     // Nothing asked when the list is saved; a cancelled dialog leaves the list alone.
-    main->PlaylistSaved = VTrue;
+    saveAs("z.ply");
     dialogs->scriptCancel();
-    editor->mnuLoad();
-    EXPECT_EQ(msgBox().shown.size(), 1);
+    menus->mnuLoad->trigger();
+    EXPECT_EQ(msgBox().shown.size(), 2);
     EXPECT_EQ(names(), (QStringList{"z.mp3"}));
 }
 
@@ -137,12 +148,12 @@ TEST_F(LoadSaveTest, ARecentPlaylistReloadsOrIsToldGone) {
     const QStringList s = songs(2);
     const QString ply = file("r.ply", (s.join("\r\n") + "\r\n").toLocal8Bit());
     load(ply);
-    editor->mnuNew();
-    menus->mnuFileMRU_Click(1);
+    menus->mnuNew->trigger();
+    menus->mnuFileMRU[1]->trigger();
     EXPECT_EQ(main->List1, s);
 
     QFile::remove(ply);
-    menus->mnuFileMRU_Click(1);
+    menus->mnuFileMRU[1]->trigger();
     ASSERT_EQ(msgBox().shown.size(), 1);
     EXPECT_EQ(msgBox().shown[0].text,
               QStringLiteral("The file you're attempting to load no longer exists."));
@@ -164,6 +175,31 @@ TEST_F(LoadSaveTest, CommentsAreSkippedAndMissingLinesBecomeThePlaylistItself) {
                                            "\rrelative.wav\r\n:\r\n:x\r\n")
                                               .toLocal8Bit());
     EXPECT_EQ(PlaylistFile::ReadPlaylist(list), (QStringList{list, a, b, list, list}));
+}
+
+TEST_F(LoadSaveTest, ADoubleClickPlaysOneRowWithNoRunAndARefusedFileNamesItself) {
+    const QString bad = file("bad.wav");
+    const QStringList s = songs(3);
+    rows(s + QStringList{bad});
+    auto doubleClick = [this](int row) {
+        const QRect r = list().visualRect(list().model()->index(row, 0));
+        QTest::mouseDClick(list().viewport(), Qt::LeftButton, {}, r.center());
+    };
+    doubleClick(1);
+    EXPECT_EQ(main->CurrentFile, s[1]);
+    EXPECT_EQ(main->PlaylistRunning, VFalse);
+    ASSERT_NE(AM(), nullptr);
+    EXPECT_EQ(AM()->fileName(), s[1]);
+    EXPECT_EQ(main->TitleText(), QStringLiteral("b.mp3"));
+    AM()->playToEnd();
+    EXPECT_EQ(AM()->fileName(), s[1]) << "nothing follows a row played alone";
+
+    doubleClick(3);
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(msgBox().shown[0].text, QStringLiteral("An error occurred attempting to load \"") +
+                                          bad +
+                                          QStringLiteral("\".  The file is most likely corrupt, "
+                                                         "invalid, or an unsupported format."));
 }
 
 }  // namespace
