@@ -9,6 +9,7 @@
 #include <QWindow>
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace cantovel {
 
@@ -108,12 +109,30 @@ void MoveOuter(QWidget* window, QPoint outer) {
     if (IsFramed(window)) return;
     QPointer<QWidget> guard(window);
     WhenFramed(window, [guard, outer] {
-        // Not over a place the user or a maximise has given the window meanwhile.
-        if (!guard || guard->windowState() &
-                          (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen))
-            return;
-        const QRect now = OuterGeometry(guard);
-        if (now.topLeft() != outer) SetOuterGeometry(guard, QRect(outer, now.size()));
+        if (!guard) return;
+        // The frame's edges can be known before the window manager's last word on where the
+        // inside stands; one correction then read a stale place and the inside settled on
+        // `outer` after it. So the place is looked at until it has held for a while.
+        auto* settle = new QTimer(guard);
+        settle->setInterval(20);
+        auto ticks = std::make_shared<int>(0), held = std::make_shared<int>(0);
+        QObject::connect(settle, &QTimer::timeout, guard, [guard, settle, outer, ticks, held] {
+            // Not over a place the user or a maximise has given the window meanwhile.
+            const bool placedElsewhere =
+                guard->windowState() &
+                (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen);
+            const QRect now = OuterGeometry(guard);
+            if (placedElsewhere || ++*ticks > 100 || (now.topLeft() == outer && ++*held > 10)) {
+                settle->stop();
+                settle->deleteLater();
+                return;
+            }
+            if (now.topLeft() != outer) {
+                *held = 0;
+                SetOuterGeometry(guard, QRect(outer, now.size()));
+            }
+        });
+        settle->start();
     });
 }
 
