@@ -48,8 +48,7 @@ TEST_F(ByteNamesTest, ALatin1NameOpensPlaysListsSavesAndReloads) {
     EXPECT_EQ(temp->mnuPlay->text(), QStringLiteral("&Stop"));
 
     // The folder dropped on the playlist lists the file under its own name.
-    editor->DroppedFiles = {NameFromBytes(folder)};
-    editor->Process_DROPFILES();
+    dropOnEditor({NameFromBytes(folder)});
     ASSERT_EQ(main->List1.size(), 1);
     EXPECT_EQ(NameToBytes(main->List1[0]), song);
     EXPECT_EQ(names(), QStringList{NameFromBytes("caf\xE9.wav")});

@@ -1,5 +1,5 @@
-// Saving, loading and running a list through the editor: the recent playlists, the questions
-// that guard an unsaved list, and the line reader's rules.
+// Saving, loading and running a list through the editor: the line reader's rules, the recent
+// playlists, and the questions that guard an unsaved list.
 #include <gtest/gtest.h>
 
 #include <QComboBox>
@@ -11,7 +11,7 @@
 #include "PlaylistTest.h"
 #include "app/WriteFailure.h"
 #include "platform/dialogs/QtFileDialogs.h"
-#include "playlist/PlaylistFile.h"
+#include "support/AudioFixtures.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -45,7 +45,7 @@ TEST_F(LoadSaveTest, ASavedListReloadsRunsAndAsksBeforeClosing) {
     EXPECT_EQ(dialogs->calls[0].request.title, QStringLiteral("Save Current Playlist..."));
     EXPECT_EQ(dialogs->calls[0].request.filter,
               QStringLiteral("Cantovel Playlist|*.ply|Winamp Playlist|*.m3u"));
-    EXPECT_EQ(bytes(m3u), (s.join("\r\n") + "\r\n").toLocal8Bit());
+    EXPECT_EQ(fileBytes(m3u), (s.join("\r\n") + "\r\n").toLocal8Bit());
     // The file didn't exist when its entry was due, so it has none yet.
     EXPECT_EQ(mruValue("MRU1"), QString());
 
@@ -55,7 +55,7 @@ TEST_F(LoadSaveTest, ASavedListReloadsRunsAndAsksBeforeClosing) {
     EXPECT_EQ(names(), namesOf(s));
     EXPECT_EQ(ReadAppSetting("Playlist Load Dialog Path", ""), tempDir());
     EXPECT_EQ(mruValue("MRU1"), m3u);
-    EXPECT_EQ(mruValue("MRUTag1"), QStringLiteral("File length: %1").arg(bytes(m3u).size()));
+    EXPECT_EQ(mruValue("MRUTag1"), QStringLiteral("File length: %1").arg(fileBytes(m3u).size()));
     EXPECT_EQ(menus->mnuFileMRU[1]->text(), QStringLiteral("&1. ") + m3u);
 
     // Play runs it from the first entry on.
@@ -114,7 +114,7 @@ TEST_F(LoadSaveTest, ANameTypedWithoutExtensionTakesTheChosenType) {
     });
     QTest::keyClick(editor, Qt::Key_S, Qt::ControlModifier);
     ASSERT_TRUE(typed);
-    EXPECT_EQ(bytes(tempDir() + "/mine.m3u"), (s.join("\r\n") + "\r\n").toLocal8Bit());
+    EXPECT_EQ(fileBytes(tempDir() + "/mine.m3u"), (s.join("\r\n") + "\r\n").toLocal8Bit());
 }
 
 TEST_F(LoadSaveTest, AListTheDiskRefusesIsToldAndLoadingOverItOffersToSaveFirst) {
@@ -133,7 +133,7 @@ TEST_F(LoadSaveTest, AListTheDiskRefusesIsToldAndLoadingOverItOffersToSaveFirst)
     EXPECT_EQ(msgBox().shown[1].text,
               QStringLiteral("Do you wish to save your current playlist configuration before "
                              "continuing?"));
-    EXPECT_EQ(bytes(kept).count("\r\n"), 2);
+    EXPECT_EQ(fileBytes(kept).count("\r\n"), 2);
     EXPECT_EQ(names(), (QStringList{"z.mp3"}));
 
     // Nothing asked when the list is saved; a cancelled dialog leaves the list alone.
@@ -144,13 +144,19 @@ TEST_F(LoadSaveTest, AListTheDiskRefusesIsToldAndLoadingOverItOffersToSaveFirst)
     EXPECT_EQ(names(), (QStringList{"z.mp3"}));
 }
 
-TEST_F(LoadSaveTest, ARecentPlaylistReloadsOrIsToldGone) {
+TEST_F(LoadSaveTest, ALoadedListSkipsCommentsAndReloadsFromTheRecentOnesOrIsToldGone) {
+    // Whatever the line ends, comments and blank lines are skipped, and so is a colon alone;
+    // a line that names no file stands for the playlist itself.
     const QStringList s = songs(2);
-    const QString ply = file("r.ply", (s.join("\r\n") + "\r\n").toLocal8Bit());
+    const QString ply = file("r.ply", ("#EXTM3U\r\n\r\n/nowhere/one.mp3\r\n" + s[0] +
+                                       "\r\n#EXTINF:1,b\n" + s[1] + "\rrelative.wav\r\n:\r\n:x\r\n")
+                                          .toLocal8Bit());
+    const QStringList loaded{ply, s[0], s[1], ply, ply};
     load(ply);
+    EXPECT_EQ(main->List1, loaded);
     menus->mnuNew->trigger();
     menus->mnuFileMRU[1]->trigger();
-    EXPECT_EQ(main->List1, s);
+    EXPECT_EQ(main->List1, loaded);
 
     QFile::remove(ply);
     menus->mnuFileMRU[1]->trigger();
@@ -163,18 +169,6 @@ TEST_F(LoadSaveTest, ARecentPlaylistReloadsOrIsToldGone) {
     EXPECT_EQ(ReadAppSetting("Confirm Save on Playlist Close", ""), QStringLiteral("False"));
     EXPECT_TRUE(editor->unload());
     EXPECT_EQ(msgBox().shown.size(), 1);
-}
-
-TEST_F(LoadSaveTest, CommentsAreSkippedAndMissingLinesBecomeThePlaylistItself) {
-    EXPECT_TRUE(PlaylistFile::ReadPlaylist(file("only.m3u", "#EXTM3U\r\n\r\n#EXTINF:1,S\r\n#\n\n"))
-                    .isEmpty());
-    EXPECT_TRUE(PlaylistFile::ReadPlaylist(tempDir() + "/absent.m3u").isEmpty());
-    // Whatever the line ends; a colon alone is skipped.
-    const QString a = file("a.mp3", "x"), b = file("b b.wav", "x");
-    const QString list = file("list.ply", ("/nowhere/one.mp3\r\n" + a + "\r\n#EXTINF:1,b\n" + b +
-                                           "\rrelative.wav\r\n:\r\n:x\r\n")
-                                              .toLocal8Bit());
-    EXPECT_EQ(PlaylistFile::ReadPlaylist(list), (QStringList{list, a, b, list, list}));
 }
 
 TEST_F(LoadSaveTest, ADoubleClickPlaysOneRowWithNoRunAndARefusedFileNamesItself) {

@@ -14,7 +14,6 @@ class PlaylistTest : public PlayerTest {
   protected:
     void SetUp() override {
         PlayerTest::SetUp();
-        AppClosing = VFalse;  // as the main window's load leaves it
         editor = new frmPlaylist();
         menus = &frmTemp2::get();
     }
@@ -43,10 +42,6 @@ class PlaylistTest : public PlayerTest {
     void dropOnEditor(const QStringList& paths) {
         editor->DroppedFiles = paths;
         editor->Process_DROPFILES();
-    }
-    QByteArray bytes(const QString& path) {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<unreadable>");
     }
 
     frmPlaylist* editor = nullptr;

@@ -12,11 +12,6 @@ namespace {
 
 class QueueWindowTest : public PlayerTest {
   protected:
-    void SetUp() override {
-        PlayerTest::SetUp();
-        Components::provideFactory<QueueView>(
-            [] { return std::make_unique<frmVideoPlaylistView>(); });
-    }
     frmVideoPlaylistView* view() {
         return dynamic_cast<frmVideoPlaylistView*>(loadedWindow<QueueView>());
     }
