@@ -4,20 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QFile>
-#include <QProcess>
-#include <QStandardPaths>
-#include <QThread>
-#include <QTimer>
 
 #include "app/Forms.h"
 #include "app/SubMain.h"
 #include "platform/Components.h"
+#include "platform/PulseServer.h"
 #include "platform/mixer/AlsaMixer.h"
 #include "player/frmMain.h"
 #include "support/AppTest.h"
 #include "support/FakeMediaPlayer.h"
-#include "support/ScopedEnv.h"
 
 using namespace cantovel;
 using namespace cantovel::test;
@@ -28,19 +23,8 @@ class AlsaMixerTest : public AppTest {
   protected:
     void SetUp() override {
         AppTest::SetUp();
-        const QString program = QStandardPaths::findExecutable(QStringLiteral("pulseaudio"));
-        if (program.isEmpty()) GTEST_SKIP() << "pulseaudio is not installed: no mixer to test on";
-        const QString socket = tempDir() + QStringLiteral("/pulse.sock");
-        server.start(program, {QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
-                               QStringLiteral("--exit-idle-time=-1"),
-                               QStringLiteral("--use-pid-file=no"), QStringLiteral("-L"),
-                               QStringLiteral("module-null-sink"), QStringLiteral("-L"),
-                               QStringLiteral("module-native-protocol-unix auth-anonymous=1 "
-                                              "socket=") +
-                                   socket});
-        env.set("PULSE_SERVER", QByteArray("unix:") + QFile::encodeName(socket));
-        for (int i = 0; i < 100 && !QFile::exists(socket); ++i) QThread::msleep(100);
-        if (!QFile::exists(socket)) GTEST_SKIP() << "pulseaudio did not start: no mixer to test on";
+        pulse = std::make_unique<PulseServer>(tempDir());
+        if (!pulse->running) GTEST_SKIP() << "pulseaudio is not installed or did not start";
         mixer = std::make_shared<AlsaMixer>("pulse");
         if (mixer->GetMasterVolume() < 0) GTEST_SKIP() << "ALSA's pulse plugin is missing";
         Components::provideService<Mixer>(mixer);
@@ -48,15 +32,10 @@ class AlsaMixerTest : public AppTest {
     }
     void TearDown() override {
         unloadTheProgram();
-        if (server.state() != QProcess::NotRunning) {
-            server.kill();
-            server.waitForFinished();
-        }
         AppTest::TearDown();
     }
 
-    QProcess server;
-    ScopedEnv env;
+    std::unique_ptr<PulseServer> pulse;
     std::shared_ptr<AlsaMixer> mixer;
 };
 

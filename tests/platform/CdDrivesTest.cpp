@@ -30,52 +30,32 @@ class CdDrivesTest : public AppTest {
     ScopedEnv env;
 };
 
-TEST_F(CdDrivesTest, ImagesFromTheSettingsComeBeforeThoseOfTheEnvironment) {
-    const DiscImage a = DiscImage::buildSeconds(tempDir(), {5}, DiscImage::Data::None, "a");
+TEST_F(CdDrivesTest, ImagesFromTheSettingsComeFirstAndEachDiscGivesACdaFilePerAudioTrack) {
+    // A data track first: the audio tracks keep their disc numbers, 2 and 3.
+    const DiscImage a = DiscImage::build(tempDir(), {1000, 9000}, DiscImage::Data::First, "a");
     const DiscImage b = DiscImage::buildSeconds(tempDir(), {5}, DiscImage::Data::None, "b");
     LibcdioCdDrives::SetImageList({b.cuePath()});
     env.set("CANTOVEL_CD_IMAGES", a.cuePath() + ":");
     EXPECT_EQ(LibcdioCdDrives::ImageList(), QStringList{b.cuePath()});
-
     const CdDrive first = driveFor(b.cuePath()), second = driveFor(a.cuePath());
     ASSERT_FALSE(first.Letter.isNull());
     EXPECT_EQ(second.Letter.unicode(), first.Letter.unicode() + 1);
     EXPECT_EQ(first.Name, "b.cue");
     EXPECT_GE(first.Letter, QChar('D'));
 
-    // The file dialogs offer the track folder of each drive with a disc, in drive order.
-    Components::provideService<CdDrives>(std::make_shared<LibcdioCdDrives>());
-    const QStringList folders{drives.TrackFolder(first.Letter), drives.TrackFolder(second.Letter)};
-    EXPECT_EQ(CdTrackFolders(), folders);
-    EXPECT_EQ(QDir(folders[0]).entryList(QDir::Files), QStringList{"Track01.cda"});
-    QFile::remove(b.cuePath());
-    EXPECT_EQ(CdTrackFolders(), QStringList{folders[1]});
-}
-
-TEST_F(CdDrivesTest, TrackFolderHoldsOneCdaFilePerAudioTrack) {
-    // A data track first: the audio tracks keep their disc numbers, 2 and 3.
-    const DiscImage disc = DiscImage::build(tempDir(), {1000, 9000}, DiscImage::Data::First);
-    env.set("CANTOVEL_CD_IMAGES", disc.cuePath());
-    const CdDrive drive = driveFor(disc.cuePath());
-    ASSERT_FALSE(drive.Letter.isNull());
-
-    const QString folder = drives.TrackFolder(drive.Letter.toLower());
-    ASSERT_FALSE(folder.isEmpty());
-    EXPECT_TRUE(folder.endsWith(QStringLiteral("/cantovel/cd/") + drive.Letter));
+    const QString folder = drives.TrackFolder(second.Letter.toLower());
+    EXPECT_TRUE(folder.endsWith(QStringLiteral("/cantovel/cd/") + second.Letter));
     EXPECT_EQ(QDir(folder).entryList(QDir::Files), (QStringList{"Track02.cda", "Track03.cda"}));
-
     QFile raw(folder + "/Track03.cda");
     ASSERT_TRUE(raw.open(QIODevice::ReadOnly));
     const QByteArray bytes = raw.readAll();
     ASSERT_EQ(bytes.size(), 44);
-    EXPECT_TRUE(bytes.startsWith("RIFF"));
     EXPECT_EQ(bytes.mid(8, 4), "CDDA");
-
     const auto cda = CdaFile::fromBytes(bytes);
     ASSERT_TRUE(cda);
     EXPECT_EQ(cda->Version, 1);
     EXPECT_EQ(cda->Track, 3);
-    EXPECT_EQ(cda->Start, uint32_t(disc.startSector(3)));
+    EXPECT_EQ(cda->Start, uint32_t(a.startSector(3)));
     EXPECT_EQ(cda->Length, 9000u);
     // 300 + 1000 sectors from the start of the program area, plus the two-second lead-in.
     EXPECT_EQ(QList<int>({cda->StartMin, cda->StartSec, cda->StartFrame, cda->LengthMin,
@@ -84,54 +64,29 @@ TEST_F(CdDrivesTest, TrackFolderHoldsOneCdaFilePerAudioTrack) {
     // Every track of one disc carries the same serial, and it is not blank.
     EXPECT_NE(cda->Serial, 0u);
     EXPECT_EQ(CdaFile::read(folder + "/Track02.cda")->Serial, cda->Serial);
-
-    EXPECT_EQ(drives.DriveOfPath(folder + "/Track02.cda").Device, disc.cuePath());
+    EXPECT_FALSE(CdaFile::fromBytes(QByteArray(bytes).replace(8, 4, "WAVE")));
+    EXPECT_EQ(drives.DriveOfPath(folder + "/Track02.cda").Device, a.cuePath());
     EXPECT_TRUE(drives.DriveOfPath(tempDir() + "/Track02.cda").Letter.isNull());
-}
 
-TEST_F(CdDrivesTest, ADifferentDiscGetsADifferentSerialAndNoDiscNoStaleTracks) {
-    const DiscImage one = DiscImage::buildSeconds(tempDir(), {60, 60, 60});
-    env.set("CANTOVEL_CD_IMAGES", one.cuePath());
-    const QChar letter = driveFor(one.cuePath()).Letter;
-    const QString folder = drives.TrackFolder(letter);
-    const uint32_t first = CdaFile::read(folder + "/Track01.cda")->Serial;
-
-    // Another disc in the same drive: the image is rewritten in place.
-    ASSERT_TRUE(DiscImage::buildSeconds(tempDir(), {61, 59}).ok());
-
-    ASSERT_EQ(drives.TrackFolder(letter), folder);
-    EXPECT_EQ(QDir(folder).entryList(QDir::Files), (QStringList{"Track01.cda", "Track02.cda"}));
-    EXPECT_NE(CdaFile::read(folder + "/Track01.cda")->Serial, first);
-
-    // The disc taken out: no folder, and the old tracks go.
-    QFile::remove(one.cuePath());
-    EXPECT_TRUE(drives.TrackFolder(letter).isEmpty());
+    // The file dialogs offer the track folder of each drive with a disc, in drive order; a
+    // disc taken out takes its folder and tracks along.
+    Components::provideService<CdDrives>(std::make_shared<LibcdioCdDrives>());
+    const QString bFolder = drives.TrackFolder(first.Letter);
+    EXPECT_EQ(CdTrackFolders(), (QStringList{bFolder, folder}));
+    QFile::remove(a.cuePath());
+    EXPECT_EQ(CdTrackFolders(), QStringList{bFolder});
+    EXPECT_TRUE(drives.TrackFolder(second.Letter).isEmpty());
     EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty());
     EXPECT_TRUE(drives.TrackFolder('Z').isEmpty());
 }
 
-TEST(CdaFileTest, RejectsWhatIsNotACdAudioTrack) {
-    EXPECT_FALSE(CdaFile::fromBytes(QByteArray(44, 'x')));
-    QByteArray wave = CdaFile::fromSectors(1, 2, 3, 4).toBytes();
-    wave.replace(8, 4, "WAVE");
-    EXPECT_FALSE(CdaFile::fromBytes(wave));
-    EXPECT_FALSE(CdaFile::fromBytes(CdaFile::fromSectors(1, 2, 3, 4).toBytes().left(40)));
-    EXPECT_FALSE(CdaFile::read("/nonexistent/Track01.cda"));
-}
-
-class CdioMciDeviceTest : public AppTest {
-  protected:
-    void SetUp() override {
-        AppTest::SetUp();
-        env.set("CANTOVEL_AO", QByteArray("null"));
-        disc = DiscImage::buildSeconds(tempDir(), {20, 30, 10});
-        ASSERT_TRUE(disc.ok());
-    }
-    ScopedEnv env;
-    DiscImage disc;
-};
-
-TEST_F(CdioMciDeviceTest, TracksInMsfFromTheLeadInWithTheLastOneFrameShort) {
+// The CD audio device counts tracks in MSF from the lead-in, the last one frame short, and
+// plays from and to where it is told.
+TEST_F(CdDrivesTest, TheAudioDeviceGivesTracksInMsfAndPlayingMovesThePositionUntilAPause) {
+    env.set("CANTOVEL_AO", QByteArray("null"));
+    Components::provideService<Clock>(std::make_shared<QtClock>());
+    const DiscImage disc = DiscImage::buildSeconds(tempDir(), {20, 30, 10});
+    ASSERT_TRUE(disc.ok());
     CdioMciDevice mci(disc.cuePath());
     EXPECT_EQ(mci.Mode(), MciDevice::mciModeNotOpen);
     EXPECT_EQ(mci.Tracks(), 0);
@@ -147,16 +102,7 @@ TEST_F(CdioMciDeviceTest, TracksInMsfFromTheLeadInWithTheLastOneFrameShort) {
     EXPECT_EQ(mci.Position(), FramesToMsf(150));
     mci.setCommand("Next");
     EXPECT_EQ(MsfToFrames(mci.Position()), 150 + 20 * 75);
-    mci.setCommand("Eject");
-    EXPECT_EQ(mci.Mode(), MciDevice::mciModeReady);
-    mci.setCommand("Close");
-    EXPECT_EQ(mci.Mode(), MciDevice::mciModeNotOpen);
-}
 
-TEST_F(CdioMciDeviceTest, PlayingATrackMovesThePositionAndPauseHoldsIt) {
-    Components::provideService<Clock>(std::make_shared<QtClock>());
-    CdioMciDevice mci(disc.cuePath());
-    mci.setCommand("Open");
     mci.setTrack(2);
     mci.setFrom(mci.TrackPosition());
     mci.setTo(FramesToMsf(MsfToFrames(mci.TrackPosition()) + 75 * 5));
@@ -171,6 +117,10 @@ TEST_F(CdioMciDeviceTest, PlayingATrackMovesThePositionAndPauseHoldsIt) {
     mci.setCommand("Stop");
     EXPECT_EQ(mci.Mode(), MciDevice::mciModeStop);
     EXPECT_GE(MsfToFrames(mci.Position()), at);
+    mci.setCommand("Eject");
+    EXPECT_EQ(mci.Mode(), MciDevice::mciModeReady);
+    mci.setCommand("Close");
+    EXPECT_EQ(mci.Mode(), MciDevice::mciModeNotOpen);
 }
 
 }  // namespace

@@ -62,21 +62,16 @@ class DesktopShellTest : public ::testing::Test {
     DesktopShell shell;
 };
 
-// The bookmarks of the recently-used list, by href.
-QList<QDomElement> bookmarks(const QDomDocument& doc) {
+// The bookmarks of the recently-used list.
+QList<QDomElement> bookmarks() {
+    QDomDocument doc;
+    QFile f(DesktopShell::recentListPath());
+    EXPECT_TRUE(f.open(QIODevice::ReadOnly) && doc.setContent(&f, false));
     QList<QDomElement> out;
     for (QDomElement e = doc.documentElement().firstChildElement("bookmark"); !e.isNull();
          e = e.nextSiblingElement("bookmark"))
         out << e;
     return out;
-}
-
-QDomDocument readList() {
-    QDomDocument doc;
-    QFile f(DesktopShell::recentListPath());
-    EXPECT_TRUE(f.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(doc.setContent(&f, false));
-    return doc;
 }
 
 }  // namespace
@@ -139,39 +134,29 @@ TEST_F(DesktopShellTest, StartedProgramIsFollowedUntilItEndsAndAZombieIsNotRunni
 }
 
 TEST_F(DesktopShellTest, RecentListKeepsOneEntryPerPathAndOthersEntriesButNoDamagedList) {
-    const QString a = makeFile("a b.wav");
+    const QString a = makeFile("a b.wav"), b = makeFile("b.mp3");
     shell.addRecentDocument(a);
-    ASSERT_EQ(bookmarks(readList()).size(), 1);
+    ASSERT_EQ(bookmarks().size(), 1);
     EXPECT_EQ(QFile::permissions(DesktopShell::recentListPath()) & 0x0077, 0);
-    QFile damaged(DesktopShell::recentListPath());
-    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
-    damaged.write("<xbel><bookmark");
-    damaged.close();
+    const auto writeList = [](const QByteArray& text) {
+        QFile list(DesktopShell::recentListPath());
+        return list.open(QIODevice::WriteOnly) && list.write(text) == text.size();
+    };
+    ASSERT_TRUE(writeList("<xbel><bookmark"));
     shell.addRecentDocument(a);
+    QFile damaged(DesktopShell::recentListPath());
     ASSERT_TRUE(damaged.open(QIODevice::ReadOnly));
     EXPECT_EQ(damaged.readAll(), "<xbel><bookmark");
 
-    QFile seed(DesktopShell::recentListPath());
-    ASSERT_TRUE(seed.open(QIODevice::WriteOnly));
-    seed.write(R"(<?xml version="1.0" encoding="UTF-8"?>
-<xbel version="1.0" xmlns:bookmark="http://www.freedesktop.org/standards/desktop-bookmarks"
-      xmlns:mime="http://www.freedesktop.org/standards/shared-mime-info">
-  <bookmark href="file:///srv/other.txt" added="2020-01-01T00:00:00Z" modified="2020-01-01T00:00:00Z" visited="2020-01-01T00:00:00Z">
-    <info><metadata owner="http://freedesktop.org"><mime:mime-type type="text/plain"/>
-      <bookmark:applications><bookmark:application name="gedit" exec="'gedit %u'" modified="2020-01-01T00:00:00Z" count="3"/></bookmark:applications>
-    </metadata></info>
-  </bookmark>
+    ASSERT_TRUE(writeList(R"(<?xml version="1.0" encoding="UTF-8"?>
+<xbel version="1.0" xmlns:bookmark="http://www.freedesktop.org/standards/desktop-bookmarks">
+  <bookmark href="file:///srv/other.txt"><info><metadata owner="http://freedesktop.org">
+    <bookmark:applications><bookmark:application name="gedit" count="3"/></bookmark:applications>
+  </metadata></info></bookmark>
 </xbel>
-)");
-    seed.close();
-
-    const QString b = makeFile("b.mp3");
-    shell.addRecentDocument(a);
-    shell.addRecentDocument(b);
-    shell.addRecentDocument(a);
-
-    const QDomDocument doc = readList();
-    const QList<QDomElement> marks = bookmarks(doc);
+)"));
+    for (const QString& path : {a, b, a}) shell.addRecentDocument(path);
+    const QList<QDomElement> marks = bookmarks();
     ASSERT_EQ(marks.size(), 3);
     EXPECT_EQ(marks[0].attribute("href"), "file:///srv/other.txt");
     EXPECT_EQ(
@@ -179,7 +164,6 @@ TEST_F(DesktopShellTest, RecentListKeepsOneEntryPerPathAndOthersEntriesButNoDama
         "gedit");
     EXPECT_EQ(marks[1].attribute("href"), QUrl::fromLocalFile(a).toEncoded());
     EXPECT_EQ(marks[2].attribute("href"), QUrl::fromLocalFile(b).toEncoded());
-
     const QDomElement mine = marks[1];
     for (const char* stamp : {"added", "modified", "visited"})
         EXPECT_FALSE(mine.attribute(stamp).isEmpty()) << stamp;

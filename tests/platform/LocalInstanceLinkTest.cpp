@@ -25,50 +25,24 @@ constexpr int Generous = 10000;  // a bound for waits that should end at once
 // Runs this test program again as a second instance doing `mode` (see InstanceLinkChild).
 class Child {
   public:
-    Child(const QString& folder, const QString& mode, const QStringList& extra = {}) {
+    Child(const QString& folder, const QString& mode) {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        for (const QString& pair : extra)
-            env.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
         env.insert("CANTOVEL_LINK_CHILD", mode);
         env.insert("CANTOVEL_LINK_FOLDER", folder);
         process.setProcessEnvironment(env);
-        process.setProgram(QCoreApplication::applicationFilePath());
-        process.setArguments({"--gtest_filter=InstanceLinkChild.*"});
-        process.start();
+        process.start(QCoreApplication::applicationFilePath(),
+                      {"--gtest_filter=InstanceLinkChild.*"});
         pid = process.processId();
-    }
-    ~Child() {
-        if (process.state() != QProcess::NotRunning) {
-            process.kill();
-            process.waitForFinished();
-        }
-    }
-    // Waits until the child printed `marker` on a line of its own.
-    bool waitFor(const QByteArray& marker) {
-        while (!output.contains(marker + '\n')) {
-            if (!process.waitForReadyRead(Generous)) return false;
-            output += process.readAllStandardOutput();
-        }
-        return true;
     }
     bool finish() {
         const bool ended = process.waitForFinished(Generous);
         output += process.readAllStandardOutput();
         return ended && process.exitStatus() == QProcess::NormalExit;
     }
-    QProcess process;
+    QProcess process;  // killed, if still running, when it goes
     qint64 pid = 0;
     QByteArray output;
 };
-
-// The commands a link received.
-QStringList* record(InstanceLink& link) {
-    auto* list = new QStringList;
-    QObject::connect(&link, &QObject::destroyed, [list] { delete list; });
-    QObject::connect(&link, &InstanceLink::commandReceived,
-                     [list](const QString& c) { *list << c; });
-    return list;
-}
 
 void say(const QByteArray& line) {
     std::fputs((line + '\n').constData(), stdout);
@@ -79,12 +53,13 @@ void say(const QByteArray& line) {
 
 // The second process of the tests below; skipped when run on its own.
 TEST(InstanceLinkChild, Run) {
-    const QString mode = qEnvironmentVariable("CANTOVEL_LINK_CHILD");
-    if (mode.isEmpty()) GTEST_SKIP() << "runs only as the second process of the link tests";
+    // "listen", or "race <moment> <starts>".
+    const QStringList mode = qEnvironmentVariable("CANTOVEL_LINK_CHILD").split(u' ');
+    if (mode[0].isEmpty()) GTEST_SKIP() << "runs only as the second process of the link tests";
     LocalInstanceLink link(qEnvironmentVariable("CANTOVEL_LINK_FOLDER"));
-    if (mode == "race") {
+    if (mode[0] == "race") {
         // Several starts at one moment: each claims the place, the losers hand over.
-        const qint64 at = qEnvironmentVariable("CANTOVEL_LINK_AT").toLongLong();
+        const qint64 at = mode.value(1).toLongLong();
         while (QDateTime::currentMSecsSinceEpoch() < at) QThread::usleep(200);
         if (!link.claim()) {
             QString error;
@@ -94,7 +69,7 @@ TEST(InstanceLinkChild, Run) {
             return;
         }
         say("RUNNING");
-        const int senders = qEnvironmentVariableIntValue("CANTOVEL_LINK_RACERS") - 1;
+        const int senders = mode.value(2).toInt() - 1;
         int got = 0;
         QObject::connect(&link, &InstanceLink::commandReceived, [&](const QString& c) {
             say("GOT:" + c.toUtf8());
@@ -144,8 +119,8 @@ TEST_F(InstanceLinkTest, NoInstanceAMuteOneOrAWrongAnswerIsAnError) {
 TEST_F(InstanceLinkTest, ALockLeftByADeadProcessIsNoRunningInstance) {
     {
         Child child(dir.path(), "listen");
-        ASSERT_TRUE(child.waitFor("LISTENING")) << child.output.toStdString();
         ASSERT_TRUE(child.finish());
+        ASSERT_TRUE(child.output.contains("LISTENING\n")) << child.output.toStdString();
     }
     LocalInstanceLink link(dir.path());
     ASSERT_TRUE(QFileInfo::exists(link.lockPath()));
@@ -161,7 +136,9 @@ TEST_F(InstanceLinkTest, ALockLeftByADeadProcessIsNoRunningInstance) {
     const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
                         QFile::WriteOther | QFile::ExeOther;
     EXPECT_EQ(QFileInfo(link.socketPath()).permissions() & others, 0);
-    QStringList& received = *record(link);
+    QStringList received;
+    QObject::connect(&link, &InstanceLink::commandReceived,
+                     [&](const QString& c) { received << c; });
     LocalInstanceLink second(dir.path());
     EXPECT_TRUE(second.otherInstanceRunning());
     EXPECT_FALSE(second.listen());
@@ -182,10 +159,8 @@ TEST_F(InstanceLinkTest, StartsAtTheSameMomentLeaveOneRunningInstanceThatHearsTh
     const QString at = QString::number(QDateTime::currentMSecsSinceEpoch() + 1500);
     std::vector<std::unique_ptr<Child>> children;
     for (int i = 0; i < racers; ++i)
-        children.push_back(std::make_unique<Child>(
-            dir.path(), "race",
-            QStringList{"CANTOVEL_LINK_AT=" + at,
-                        "CANTOVEL_LINK_RACERS=" + QString::number(racers)}));
+        children.push_back(
+            std::make_unique<Child>(dir.path(), QStringLiteral("race %1 %2").arg(at).arg(racers)));
     int running = 0, sent = 0;
     QByteArray heard;
     for (auto& child : children) {

@@ -60,31 +60,27 @@ class SndfileWaveChainTest : public ::testing::Test {
 
 }  // namespace
 
-class ChainEncodings : public SndfileWaveChainTest,
-                       public ::testing::WithParamInterface<WaveFormat::Encoding> {};
-
-// Every encoding the format dialog offers is written as such, with the rate and layout.
-TEST_P(ChainEncodings, AreWrittenAsChosen) {
-    const WaveFormat::Encoding encoding = GetParam();
-    const int channels = encoding == WaveFormat::Gsm610 ? 1 : 2;
-    const WaveFormat format = WaveFormat(encoding, 22050, channels);
+// The encodings of the format dialog are written as chosen, with the rate and layout: whole
+// samples, floats, a block codec and a mono-only one.
+TEST_F(SndfileWaveChainTest, EncodingsAreWrittenAsChosen) {
     ASSERT_TRUE(writeTone(path("in.wav"), 1.0, 48000, 1, SF_FORMAT_WAV | SF_FORMAT_FLOAT));
-    ChainUnderTest t;
-    ASSERT_TRUE(t.convert(path("in.wav"), path("out.wav"), format));
-    EXPECT_EQ(t.events, QStringList({"started", "end", "stopped"}));
-    EXPECT_EQ(t.chain->State(), 0);
-    EXPECT_EQ(t.chain->SrcPosition(), t.chain->SrcLength());
-    EXPECT_EQ(t.chain->SrcLength(), 48000);
-    const SoundInfo out = readSoundInfo(path("out.wav"));
-    ASSERT_TRUE(out.ok);
-    EXPECT_EQ(out.format, format.sndfileFormat());
-    EXPECT_EQ(out.rate, 22050);
-    EXPECT_EQ(out.channels, channels);
-    // Block codecs round the length up to whole blocks.
-    EXPECT_NEAR(out.frames, 22050, 1100);
+    for (const WaveFormat& format :
+         {WaveFormat(WaveFormat::Pcm8, 22050, 2), WaveFormat(WaveFormat::Float32, 22050, 2),
+          WaveFormat(WaveFormat::MsAdpcm, 22050, 2), WaveFormat(WaveFormat::Gsm610, 22050, 1)}) {
+        SCOPED_TRACE(format.toSettingsText().toStdString());
+        ChainUnderTest t;
+        ASSERT_TRUE(t.convert(path("in.wav"), path("out.wav"), format));
+        EXPECT_EQ(t.events, QStringList({"started", "end", "stopped"}));
+        EXPECT_EQ(t.chain->State(), 0);
+        EXPECT_EQ(t.chain->SrcPosition(), 48000);
+        EXPECT_EQ(t.chain->SrcLength(), 48000);
+        const SoundInfo out = readSoundInfo(path("out.wav"));
+        EXPECT_EQ(QList<int>({out.format, out.rate, out.channels}),
+                  QList<int>({format.sndfileFormat(), 22050, format.channels}));
+        // Block codecs round the length up to whole blocks.
+        EXPECT_NEAR(out.frames, 22050, 1100);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, ChainEncodings, ::testing::ValuesIn(WaveFormat::encodings()));
 
 TEST_F(SndfileWaveChainTest, ASourceConvertedOntoItselfIsReplacedOnlyWhenComplete) {
     ASSERT_TRUE(writeTone(path("a.wav"), 2.0, 44100, 2));
@@ -101,7 +97,9 @@ TEST_F(SndfileWaveChainTest, ASourceConvertedOntoItselfIsReplacedOnlyWhenComplet
     t.start(path("b.wav"), path("b.wav"), WaveFormat(WaveFormat::Pcm8, 8000, 1));
     ASSERT_TRUE(waitUntil([&] { return t.chain->SrcPosition() > 0; }));
     t.chain->Stop();
+    EXPECT_EQ(t.chain->State(), 0);
     ASSERT_TRUE(t.waitFor("stopped"));
+    EXPECT_FALSE(t.events.contains("end"));
     out = readSoundInfo(path("b.wav"));
     EXPECT_EQ(out.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
     EXPECT_EQ(out.frames, 60 * 44100);
@@ -109,15 +107,13 @@ TEST_F(SndfileWaveChainTest, ASourceConvertedOntoItselfIsReplacedOnlyWhenComplet
               QStringList({"a.wav", "b.wav"}));
 }
 
-TEST_F(SndfileWaveChainTest,
-       StartRefusesWhatItCannotDoAndStopOrAFailedWriteEndsWithoutTheEndOfData) {
+TEST_F(SndfileWaveChainTest, StartRefusesWhatItCannotDoAndAFailedWriteEndsWithoutTheEndOfData) {
     ChainUnderTest t;
     t.start(path("missing.wav"), path("out.wav"), WaveFormat(WaveFormat::Pcm16, 44100, 2));
     EXPECT_EQ(t.chain->lastError(), RaisedError::ErrRefused);
     EXPECT_FALSE(t.chain->lastErrorDescription().isEmpty());
-    EXPECT_EQ(t.chain->State(), 0);
-    ASSERT_TRUE(writeTone(path("long.wav"), 60.0, 44100, 2));
-    t.start(path("long.wav"), path("out.wav"), WaveFormat(WaveFormat::Gsm610, 8000, 2));
+    ASSERT_TRUE(writeTone(path("a.wav"), 1.0, 44100, 2));
+    t.start(path("a.wav"), path("out.wav"), WaveFormat(WaveFormat::Gsm610, 8000, 2));
     EXPECT_EQ(t.chain->lastError(), RaisedError::ErrRefused);
     EXPECT_EQ(t.chain->State(), 0);
     EXPECT_FALSE(QFileInfo::exists(path("out.wav")));
@@ -126,20 +122,7 @@ TEST_F(SndfileWaveChainTest,
     QCoreApplication::processEvents();
     EXPECT_TRUE(t.events.isEmpty());
 
-    t.start(path("long.wav"), path("out.wav"), WaveFormat(WaveFormat::Pcm16, 22050, 2));
-    EXPECT_EQ(t.chain->State(), WaveChain::StateRunning);
-    ASSERT_TRUE(waitUntil([&] { return t.chain->SrcPosition() > 0; }));
-    t.chain->Stop();
-    EXPECT_EQ(t.chain->State(), 0);
-    ASSERT_TRUE(t.waitFor("stopped"));
-    EXPECT_FALSE(t.events.contains("end"));
-    const SoundInfo out = readSoundInfo(path("out.wav"));
-    ASSERT_TRUE(out.ok);
-    EXPECT_LT(out.frames, 60 * 22050);
-
     // A "folder" that is a file takes no file: the destination's error, with the failure bit.
-    ASSERT_TRUE(writeTone(path("a.wav"), 1.0, 44100, 2));
-    t.events.clear();
     t.start(path("a.wav"), path("a.wav/out.wav"), WaveFormat(WaveFormat::Pcm16, 44100, 2));
     EXPECT_EQ(t.chain->lastError(), 0);
     ASSERT_TRUE(t.waitFor("error"));
@@ -152,6 +135,7 @@ TEST_F(SndfileWaveChainTest,
     // A stop after the end raises nothing more; dropping a running chain neither hangs nor
     // crashes.
     t.chain->Stop();
+    ASSERT_TRUE(writeTone(path("long.wav"), 60.0, 44100, 2));
     t.start(path("long.wav"), path("again.wav"), WaveFormat(WaveFormat::Pcm16, 22050, 2));
     t.chain.reset();
 }
