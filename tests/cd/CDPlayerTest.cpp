@@ -87,6 +87,13 @@ TEST_F(CDPlayerTest, ListsTheDrivesAndTracksOrSaysWhyNot) {
               "1:02:05.74");
     EXPECT_EQ(CDTrackListView::PositionText(CDReader::FromFrames(75 * 59 + 3), false), "0:00:59");
 
+    FakeCDReader::disc().openError = QStringLiteral("Device busy.");
+    auto* busy = new frmCDPlayer();
+    EXPECT_EQ(msgBox().texts(),
+              QStringList{"The selected CD-ROM drive could not be opened. \r\nDevice busy."});
+    EXPECT_EQ(busy->ListView->topLevelItemCount(), 0);
+    busy->unload();
+    const auto drives = FakeCDReader::disc().devices;
     FakeCDReader::disc().devices.clear();
     auto* none = new frmCDPlayer();
     EXPECT_EQ(none->windowTitle(), "Cantovel - Audio CD Control Panel");
@@ -95,15 +102,7 @@ TEST_F(CDPlayerTest, ListsTheDrivesAndTracksOrSaysWhyNot) {
     EXPECT_EQ(panels(*none), "||");
     none->unload();
 
-    FakeCDReader::install();
-    FakeCDReader::setTracks({200, 180, 240});
-    FakeCDReader::disc().openError = QStringLiteral("Device busy.");
-    auto* busy = new frmCDPlayer();
-    EXPECT_EQ(msgBox().texts(),
-              QStringList{"The selected CD-ROM drive could not be opened. \r\nDevice busy."});
-    EXPECT_EQ(busy->ListView->topLevelItemCount(), 0);
-    busy->unload();
-
+    FakeCDReader::disc().devices = drives;
     FakeCDReader::disc().openError.clear();
     FakeCDReader::disc().devices.append({QStringLiteral("E"), QStringLiteral("Second")});
     FakeCDReader::disc().tracks[1].IsAudio = false;
@@ -128,7 +127,6 @@ TEST_F(CDPlayerTest, ListsTheDrivesAndTracksOrSaysWhyNot) {
     EXPECT_TRUE(r.calls.join(',').endsWith("StopAudio,Close"));
     const QString key = QStringLiteral("Software\\Brightfen\\Cantovel\\DAC");
     EXPECT_EQ(ReadRegValue(RegRoot::CurrentUser, key, QStringLiteral("DeviceID"), {}), "1");
-    EXPECT_EQ(ReadRegValue(RegRoot::CurrentUser, key, QStringLiteral("BlockCount"), {}), "26");
     EXPECT_EQ((new frmCDPlayer())->DevCombo->currentIndex(), 1);
 }
 

@@ -22,14 +22,8 @@ void LoopbackCddbServer::on(const QString& prefix, const QList<QByteArray>& piec
     rules_.prepend({prefix, pieces});
 }
 
-void LoopbackCddbServer::drip(const QString& prefix, const QByteArray& answer) {
-    on(prefix, answer);
-    rules_.first().drip = true;
-}
-
 void LoopbackCddbServer::accept() {
     while (QTcpSocket* s = server_.nextPendingConnection()) {
-        ++connections;
         if (client_) client_->abort();
         client_ = s;
         pending_.clear();
@@ -51,20 +45,14 @@ void LoopbackCddbServer::readLines() {
         received << line;
         for (const Rule& rule : rules_)
             if (line.startsWith(rule.prefix)) {
-                queue(rule.pieces, rule.drip);
+                queue(rule.pieces);
                 break;
             }
     }
 }
 
-void LoopbackCddbServer::queue(const QList<QByteArray>& pieces, bool drip) {
-    for (const QByteArray& piece : pieces) {
-        if (drip && piece != "<close>") {
-            for (char c : piece) outbox_.append({QByteArray(1, c), 1000});
-        } else {
-            outbox_.append({piece, pieceGap});
-        }
-    }
+void LoopbackCddbServer::queue(const QList<QByteArray>& pieces) {
+    outbox_ += pieces;
     if (!sender_.isEnabled()) sendNext();
 }
 
@@ -73,21 +61,16 @@ void LoopbackCddbServer::sendNext() {
         sender_.setEnabled(false);
         return;
     }
-    const Piece piece = outbox_.takeFirst();
-    if (piece.data == "<close>") {
+    const QByteArray piece = outbox_.takeFirst();
+    if (piece == "<close>") {
         client_->disconnectFromHost();
         outbox_.clear();
         sender_.setEnabled(false);
         return;
     }
-    client_->write(piece.data);
+    client_->write(piece);
     client_->flush();
-    if (outbox_.isEmpty()) {
-        sender_.setEnabled(false);
-    } else {
-        sender_.setInterval(piece.gapAfter);
-        sender_.setEnabled(true);
-    }
+    sender_.setEnabled(!outbox_.isEmpty());
 }
 
 }  // namespace cantovel::test

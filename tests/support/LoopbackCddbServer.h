@@ -1,7 +1,7 @@
 #pragma once
 // A CDDB server on the loopback interface, in the test's own thread: it greets,
-// answers commands from a script, and can misbehave on purpose. Its timed behaviour (pieces
-// sent apart, one byte a second) runs on the program's Clock.
+// answers commands from a script, and can misbehave on purpose. The pieces of an answer go
+// out apart on the program's Clock.
 
 #include <QByteArray>
 #include <QList>
@@ -27,8 +27,6 @@ class LoopbackCddbServer : public QObject {
     QByteArray banner = "201 loopback CDDBP server v1.5 ready at Mon Nov 23 10:00:00 2026\r\n";
     // Closes the connection right after the banner.
     bool closeAfterBanner = false;
-    // Milliseconds between the pieces of one answer.
-    int pieceGap = 20;
 
     // The answer to a command line that starts with `prefix` (first match wins), in pieces
     // sent apart. A piece "<close>" closes the connection there.
@@ -36,34 +34,26 @@ class LoopbackCddbServer : public QObject {
     void on(const QString& prefix, const QByteArray& answer) {
         on(prefix, QList<QByteArray>{answer});
     }
-    // The answer to `prefix` goes out one byte a second.
-    void drip(const QString& prefix, const QByteArray& answer);
 
     // Every command line received, without its line end, over all connections.
     QStringList received;
-    int connections = 0;
 
   private:
     struct Rule {
         QString prefix;
         QList<QByteArray> pieces;
-        bool drip = false;
-    };
-    struct Piece {
-        QByteArray data;
-        int gapAfter = 0;
     };
     void accept();
     void readLines();
-    void queue(const QList<QByteArray>& pieces, bool drip = false);
+    void queue(const QList<QByteArray>& pieces);
     void sendNext();
 
     QTcpServer server_;
     QPointer<QTcpSocket> client_;
     QByteArray pending_;
     QList<Rule> rules_;
-    QList<Piece> outbox_;
-    Timer sender_;
+    QList<QByteArray> outbox_;
+    Timer sender_{20};
 };
 
 }  // namespace cantovel::test
