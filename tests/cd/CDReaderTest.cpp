@@ -151,6 +151,7 @@ TEST_F(CDReaderTest, PlaysPausesRunsToTheEndAndAMissingDiscEndsThePlayWithAReaso
 
     env.set("CANTOVEL_MPV_UNTIMED", QByteArray("1"));
     CdAudioPlayer fast;
+    ASSERT_TRUE(fast.isValid());
     int finished = 0;
     QObject::connect(&fast, &CdAudioPlayer::finished, [&] { ++finished; });
     ASSERT_TRUE(fast.play(image, 300, 150));

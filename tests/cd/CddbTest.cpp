@@ -177,6 +177,7 @@ TEST_F(CddbTest, TheWindowPlaysTheDiscAndTellsItsIdTrackAndTime) {
     window->mnuPlay->trigger();  // the play starts where the track was set
     EXPECT_EQ(cd->CurrentTrack(), 1);
     window->mnuStop->trigger();
+    EXPECT_EQ(cd->Command(), "Stop");
 
     // Open after an eject takes the disc in again.
     window->mnuEject->trigger();
