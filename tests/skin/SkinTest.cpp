@@ -87,7 +87,9 @@ TEST_F(SkinTest, TheSettingsDialogShowsStoresAndLoadsTheChosenSkinAndDrive) {
     QString temp = QDir::tempPath().toLower();
     if (!temp.endsWith(u'/')) temp += u'/';
     EXPECT_EQ(s->Label2->text(), temp);
+    // The Audio CD Control Panel lists the same drives.
     EXPECT_EQ(s->DevCombo->itemText(1), "<E:>  second.cue");
+    EXPECT_EQ(Forms::touch<frmCDPlayer>().DevCombo->itemText(1), "<E:>  second.cue");
     EXPECT_EQ(s->DevCombo->currentIndex(), 0);
 
     // Cancel stores nothing but the browsed temporary folder.
