@@ -5,33 +5,25 @@
 #include <gtest/gtest.h>
 #include <sndfile.h>
 
-#include <QApplication>
 #include <QComboBox>
 #include <QFile>
-#include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <functional>
-#include <memory>
 
-#include "app/AppState.h"
-#include "app/Forms.h"
 #include "app/Settings.h"
 #include "app/Utilities.h"
 #include "cd/CDTrackListView.h"
+#include "convert/FileConversionFixture.h"
 #include "convert/frmCDtoWAV.h"
 #include "convert/frmConfigDlg.h"
 #include "convert/frmCopyDlg.h"
 #include "platform/cdreader/CdioCDReader.h"
 #include "platform/clock/QtClock.h"
-#include "support/AppTest.h"
-#include "support/AudioFixtures.h"
 #include "support/DiscImage.h"
 #include "support/FakeCDReader.h"
-#include "support/FakeFileDialogs.h"
 #include "support/FakeMediaPlayer.h"
 #include "support/FakeMixer.h"
 #include "support/ImageDrives.h"
@@ -41,24 +33,18 @@ using namespace cantovel::test;
 
 namespace {
 
-class CDtoWAVTest : public AppTest {
+class CDtoWAVTest : public FileConversionFixture {
   protected:
     void SetUp() override {
-        AppTest::SetUp();
-        AppClosing = VFalse;
-        mixer = std::make_shared<FakeMixer>();
-        dialogs = std::make_shared<FakeFileDialogs>();
-        Components::provideService<Mixer>(mixer);
-        Components::provideService<FileDialogs>(dialogs);
+        FileConversionFixture::SetUp();
+        Components::provideService<Mixer>(std::make_shared<FakeMixer>());
         FakeCDReader::install();
         FakeMediaPlayer::install();
         FakeCDReader::setTracks({20, 10, 30});
     }
     void TearDown() override {
         watchers.clear();
-        UnloadAllForms();
-        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        AppTest::TearDown();
+        FileConversionFixture::TearDown();
     }
     frmCDtoWAV& open() { return *new frmCDtoWAV(); }
     static FakeCDReader& reader(frmCDtoWAV& f) {
@@ -84,16 +70,11 @@ class CDtoWAVTest : public AppTest {
         watchers.push_back(std::move(timer));
     }
     static frmCopyDlg* dialog() { return Forms::find<frmCopyDlg>(); }
-    static QStringList messages(frmCopyDlg& d) {
-        QStringList rows;
-        for (int i = 0; i < d.Messages->count(); ++i) rows << d.Messages->item(i)->text();
-        return rows;
-    }
     // Clicks "Close" when the dialog offers it, keeping its rows for the test.
     void closeWhenDone() {
         when([] { return dialog() && dialog()->btnAbort->text() == "Close"; },
              [this] {
-                 finalRows = messages(*dialog());
+                 finalRows = rows(dialog()->Messages);
                  finalPercent2 = dialog()->lblPercent2->text();
                  dialog()->btnAbort->click();
              });
@@ -103,8 +84,6 @@ class CDtoWAVTest : public AppTest {
         f.CopyTracks1->trigger();
     }
 
-    std::shared_ptr<FakeMixer> mixer;
-    std::shared_ptr<FakeFileDialogs> dialogs;
     std::vector<std::unique_ptr<cantovel::Timer>> watchers;
     QStringList finalRows;
     QString finalPercent2;
@@ -206,16 +185,16 @@ TEST_F(CDtoWAVTest, CancellingByTheButtonOrTheFrameSaysSoAndLeavesThePartialFile
     EXPECT_TRUE(msgBox().shown.isEmpty());
 
     selectOnly(f, {0, 1});
-    QStringList rows;
+    QStringList shown;
     when([] { return dialog() && dialog()->TrackFramesDone > 100; },
          [] { dialog()->btnAbort->click(); });
     msgBox().onShow = [&](const ShownBox&) {
-        if (dialog()) rows = messages(*dialog());
+        if (dialog()) shown = rows(dialog()->Messages);
     };
     convertTo(f, tempDir() + QStringLiteral("/cut.wav"));
     EXPECT_EQ(msgBox().texts(), QStringList{"CD to WAV conversion has been cancelled."});
     EXPECT_EQ(msgBox().shown[0].style, Mb::Information | Mb::SetForeground);
-    EXPECT_EQ(rows, QStringList({"Copying Track 01", "CD to WAV conversion cancelled."}));
+    EXPECT_EQ(shown, QStringList({"Copying Track 01", "CD to WAV conversion cancelled."}));
     EXPECT_EQ(reader(f).calls.filter("CopyTrack").size(), 1);
     EXPECT_TRUE(reader(f).calls.contains("StopCopy"));
     EXPECT_TRUE(QFile::exists(tempDir() + QStringLiteral("/cut01.wav")));
@@ -260,12 +239,9 @@ TEST_F(CDtoWAVTest, TheOptionsDialogShowsAndSetsTheReadersParameters) {
     EXPECT_EQ(f.CDReader->DeviceType(), 1);
     EXPECT_EQ(f.CDReader->BlockCount(), 13);
     EXPECT_EQ(f.CDReader->CopyMode(), 0);
-    // The text's value, rounded, whatever it is (a copy reads within what drives take).
-    for (const auto& [text, blocks] :
-         {std::pair{"300", 300}, std::pair{"0.4", 0}, std::pair{"-7", -7}, std::pair{"1e20", -7}}) {
-        answer(text, true);
-        EXPECT_EQ(f.CDReader->BlockCount(), blocks) << text;
-    }
+    // A figure no integer holds leaves the count as it was.
+    answer("1e20", true);
+    EXPECT_EQ(f.CDReader->BlockCount(), 13);
 }
 
 TEST_F(CDtoWAVTest, PlaysATrackWithTheBarSeeksAroundTheDiscAndSeesItsEnd) {
@@ -375,8 +351,8 @@ TEST_F(CDtoWAVRipTest, ADestinationThatFillsUpIsToldAndKeepsTheOlderFile) {
         if (!writeBytes(output, older)) return 1;
         frmCDtoWAV& f = open();
         f.SelectAll1->trigger();
-        const QStringList rows = copy(f, full + QStringLiteral("/Rip.wav"));
-        if (rows != QStringList({"Copying Track 01",
+        const QStringList told = copy(f, full + QStringLiteral("/Rip.wav"));
+        if (told != QStringList({"Copying Track 01",
                                  "Unable to write file.  Your temporary disk may have "
                                  "insufficient space.",
                                  "Errors occurred during coversion process; copy was not "

@@ -1,14 +1,13 @@
 #pragma once
-// The file conversion windows on scripted components: encoder, decoder, wave chain and
-// format dialog are fakes, the file and folder dialogs answer from a script, time is
-// virtual.
+// The conversion windows on the real codecs (LAME, mpg123, libsndfile). The file, folder
+// and format dialogs answer from a script; the windows' own timers run in virtual time.
 
 #include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QFile>
+#include <QLabel>
 #include <QListWidget>
 #include <QMimeData>
 #include <QUrl>
@@ -18,12 +17,13 @@
 #include "app/Forms.h"
 #include "convert/FileListForm.h"
 #include "platform/Components.h"
+#include "platform/mp3decoder/Mpg123Mp3Decoder.h"
+#include "platform/mp3encoder/LameMp3Encoder.h"
+#include "platform/wavechain/SndfileWaveChain.h"
 #include "support/AppTest.h"
+#include "support/AudioFixtures.h"
 #include "support/FakeFileDialogs.h"
 #include "support/FakeFormatChooser.h"
-#include "support/FakeMp3Decoder.h"
-#include "support/FakeMp3Encoder.h"
-#include "support/FakeWaveChain.h"
 
 namespace cantovel::test {
 
@@ -35,9 +35,9 @@ class FileConversionFixture : public AppTest {
         AppClosing = VFalse;
         dialogs = std::make_shared<FakeFileDialogs>();
         Components::provideService<FileDialogs>(dialogs);
-        FakeMp3Encoder::install();
-        FakeMp3Decoder::install();
-        FakeWaveChain::install();
+        Components::provideFactory<Mp3Encoder>([] { return std::make_unique<LameMp3Encoder>(); });
+        Components::provideFactory<Mp3Decoder>([] { return std::make_unique<Mpg123Mp3Decoder>(); });
+        Components::provideFactory<WaveChain>([] { return std::make_unique<SndfileWaveChain>(); });
         FakeFormatChooser::install();
         QDir().mkpath(out());
     }
@@ -47,23 +47,15 @@ class FileConversionFixture : public AppTest {
         AppTest::TearDown();
     }
 
-    // A file of the test's own folder (made, with some bytes, when `make`).
-    QString file(const QString& name, bool make = true) {
+    // A CD-quality tone of `seconds` at `name` below the test's folder.
+    QString wav(const QString& name, double seconds = 0.5) {
         const QString path = tempDir() + u'/' + name;
         QDir().mkpath(QFileInfo(path).absolutePath());
-        if (make) {
-            QFile f(path);
-            f.open(QIODevice::WriteOnly);
-            f.write("RIFF");
-        }
+        EXPECT_TRUE(writeTone(path, seconds));
         return path;
     }
     // The output folder the folder dialogs answer.
     QString out() const { return tempDir() + QStringLiteral("/out"); }
-    static QString contents(const QString& path) {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-    }
     static QStringList rows(const QListWidget* list) {
         QStringList all;
         for (int i = 0; i < list->count(); ++i) all << list->item(i)->text();
@@ -85,6 +77,19 @@ class FileConversionFixture : public AppTest {
     // Lets queued events arrive.
     static void settle() {
         for (int i = 0; i < 5; ++i) QCoreApplication::processEvents();
+    }
+    // Runs the window's list into `folder` and waits for the run's end: the list empty, the
+    // stopped text, or a box told.
+    bool run(FileListForm& w, const QString& folder) {
+        QDir().mkpath(folder);
+        dialogs->scriptFolder(folder);
+        w.RunMenu->trigger();
+        const bool ended = waitUntil([&] {
+            return w.List1->count() == 0 || w.Label1->text().contains("stop") ||
+                   !msgBox().shown.isEmpty();
+        });
+        settle();
+        return ended;
     }
 
     std::shared_ptr<FakeFileDialogs> dialogs;
