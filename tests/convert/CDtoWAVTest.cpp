@@ -325,7 +325,9 @@ class CDtoWAVRipTest : public CDtoWAVTest {
     }
 };
 
-TEST_F(CDtoWAVRipTest, RipsBothTracksToWavFilesHoldingTheDiscsSamples) {
+// Both tracks become WAV files holding the disc's samples; a destination that fills up,
+// holding an older file of the output's name, is told and keeps that file whole.
+TEST_F(CDtoWAVRipTest, RipsTheDiscsSamplesAndADestinationThatFillsUpIsTold) {
     frmCDtoWAV& f = open();
     ASSERT_EQ(f.ListView->topLevelItemCount(), 2);
     f.SelectAll1->trigger();
@@ -340,18 +342,17 @@ TEST_F(CDtoWAVRipTest, RipsBothTracksToWavFilesHoldingTheDiscsSamples) {
     EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_PCM_16);
     EXPECT_EQ(readPcm16(tempDir() + QStringLiteral("/Rip01.wav")), DiscImage::pcm(1, 0, 600));
     EXPECT_EQ(readPcm16(tempDir() + QStringLiteral("/Rip02.wav")), DiscImage::pcm(2, 0, 450));
-}
+    f.unload();
 
-TEST_F(CDtoWAVRipTest, ADestinationThatFillsUpIsToldAndKeepsTheOlderFile) {
     const QString full = tempDir() + QStringLiteral("/full");
     const QString output = full + QStringLiteral("/Rip01.wav");
     const QByteArray older(10000, 'o');
     // Track 1 is about 1.4 MB.
     const int code = runOnFillingFolder(full, 256 * 1024, [&] {
         if (!writeBytes(output, older)) return 1;
-        frmCDtoWAV& f = open();
-        f.SelectAll1->trigger();
-        const QStringList told = copy(f, full + QStringLiteral("/Rip.wav"));
+        frmCDtoWAV& g = open();
+        g.SelectAll1->trigger();
+        const QStringList told = copy(g, full + QStringLiteral("/Rip.wav"));
         if (told != QStringList({"Copying Track 01",
                                  "Unable to write file.  Your temporary disk may have "
                                  "insufficient space.",
