@@ -92,15 +92,6 @@ class CDtoWAVTest : public FileConversionFixture {
 const QString kOutputDirectory = QStringLiteral("CD to WAV Output Directory");
 
 TEST_F(CDtoWAVTest, NothingIsConvertedWithoutAudioTracksOrAFileName) {
-    FakeCDReader::disc().devices.clear();
-    frmCDtoWAV& none = open();
-    EXPECT_EQ(none.windowTitle(), "Cantovel - Convert CD Track to WAV");
-    EXPECT_EQ(none.DevCombo->count() + none.ListView->topLevelItemCount(), 0);
-    EXPECT_FALSE(none.Timer.isEnabled());
-    none.unload();
-
-    FakeCDReader::install();
-    FakeCDReader::setTracks({20, 10, 30});
     FakeCDReader::disc().tracks[1].IsAudio = false;
     SaveAppSetting(kOutputDirectory, QStringLiteral("/music/cd"));
     frmCDtoWAV& f = open();
