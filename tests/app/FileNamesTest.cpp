@@ -24,13 +24,14 @@ QByteArray readRaw(const QByteArray& path) {
 }
 
 TEST(FileNamesTest, AnyBytesComeBackExactlyAndUtf8ReadsAsText) {
-    const QByteArray samples[] = {"caf\xE9.mp3",
-                                  "\xED\xB2\x80",  // a surrogate
-                                  "\xC0\xAF",      // overlong
-                                  "\xF0\x9F\x8E\xB5 note",
-                                  "\xE2\x82",
-                                  "\xEF\xBF\xBD real replacement",
-                                  "\xF4\x90\x80\x80"};
+    const QByteArray samples[] = {
+        "caf\xE9.mp3",
+        "\xED\xB2\x80",              // a surrogate
+        "\xC0\xAF",                  // overlong
+        "\xF0\x9F\x8E\xB5 caf\xE9",  // a pair of surrogates beside an escaped byte
+        "\xE2\x82",
+        "\xEF\xBF\xBD real replacement",
+        "\xF4\x90\x80\x80"};
     for (const QByteArray& bytes : samples)
         EXPECT_EQ(NameToBytes(NameFromBytes(bytes)), bytes) << bytes.toHex().constData();
 
