@@ -281,15 +281,16 @@ const QString kDone = QStringLiteral("Batch WAV conversion process has successfu
 // that stays; a source that holds no sound told, a cut one converted as far as it goes,
 // and the sources left as they were.
 TEST_F(FileQueueTest, TheBatchConvertsWhatEachSourceHoldsOrTellsWhyNot) {
-    const QString one = wav("one.wav", 2.0), late = wav("late.wav");
+    const QString one = wav("one.wav", 2.0), late = wav("late.wav"), big = wav("big.wav", 30.0);
     const QString two = tempDir() + QStringLiteral("/two.wav");
     ASSERT_TRUE(writeTone(two, 1.5, 48000, 2, SF_FORMAT_WAV | SF_FORMAT_PCM_24));
     frmBatchConvert& w = Forms::touch<frmBatchConvert>();
     EXPECT_EQ(w.windowTitle(), QStringLiteral("WAV Batch Converter"));
-    drop(w, {one, two});
+    drop(w, {big, one, two});
     FakeFormatChooser& chooser = *FakeFormatChooser::latest();
     chooser.script({WaveFormat{WaveFormat::MuLaw, 8000, 1}});
-    // The gauge follows the source on the window's timer from each file's start.
+    // The gauge follows the source on the window's timer from each file's start (the
+    // first file is long enough to be in work then).
     QObject::connect(w.Chain.get(), &WaveChain::TriggerStarted, &w, [&] { clock().advance(100); });
     dialogs->scriptFolder(out());
     w.ConvertMenu->trigger();
@@ -305,8 +306,8 @@ TEST_F(FileQueueTest, TheBatchConvertsWhatEachSourceHoldsOrTellsWhyNot) {
     EXPECT_EQ(w.Label1->text(), kDone);
     EXPECT_EQ(msgBox().texts(), QStringList{kDone});
     EXPECT_EQ(w.Gauge->value(), 0);
-    for (const auto& [name, frames] :
-         {std::pair{"one.wav", 16000}, std::pair{"two.wav", 12000}, std::pair{"late.wav", 4000}}) {
+    for (const auto& [name, frames] : {std::pair{"big.wav", 240000}, std::pair{"one.wav", 16000},
+                                       std::pair{"two.wav", 12000}, std::pair{"late.wav", 4000}}) {
         const SoundInfo info = readSoundInfo(out() + u'/' + QLatin1String(name));
         EXPECT_EQ(info.format, SF_FORMAT_WAV | SF_FORMAT_ULAW) << name;
         EXPECT_EQ(info.rate * 10 + info.channels, 80001) << name;
