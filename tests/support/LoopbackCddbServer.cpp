@@ -29,10 +29,7 @@ void LoopbackCddbServer::accept() {
         pending_.clear();
         outbox_.clear();
         connect(s, &QTcpSocket::readyRead, this, &LoopbackCddbServer::readLines);
-        QList<QByteArray> greeting;
-        if (!banner.isEmpty()) greeting << banner;
-        if (closeAfterBanner) greeting << "<close>";
-        queue(greeting);
+        if (!banner.isEmpty()) queue({banner});
     }
 }
 

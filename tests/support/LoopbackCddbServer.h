@@ -25,8 +25,6 @@ class LoopbackCddbServer : public QObject {
 
     // What is sent on connection; empty sends nothing.
     QByteArray banner = "201 loopback CDDBP server v1.5 ready at Mon Nov 23 10:00:00 2026\r\n";
-    // Closes the connection right after the banner.
-    bool closeAfterBanner = false;
 
     // The answer to a command line that starts with `prefix` (first match wins), in pieces
     // sent apart. A piece "<close>" closes the connection there.
