@@ -251,10 +251,12 @@ TEST_F(CDPlayerTest, TheControlPanelReadsTheBinTheCueNamesAndTellsOfAnUnreadable
     moveBin(bare, "other.bin", "FILE other.bin BINARY");
     const DiscImage own = DiscImage::build(tempDir() + QStringLiteral("/g"), {75});
     moveBin(own, "disc.bin", "FILE \"Track 1.wav\" WAVE");
-    for (const DiscImage* d : {&gone, &quoted, &bare, &own}) drives->add(d->cuePath());
+    // H: a whole image.
+    const DiscImage whole = DiscImage::build(tempDir() + QStringLiteral("/h"), {300, 225});
+    for (const DiscImage* d : {&gone, &quoted, &bare, &own, &whole}) drives->add(d->cuePath());
 
     auto* f = new frmCDPlayer();
-    ASSERT_EQ(f->DevCombo->count(), 4);
+    ASSERT_EQ(f->DevCombo->count(), 5);
     EXPECT_EQ(msgBox().texts(), QStringList{"Unable to read CD directory"});
     EXPECT_EQ(f->ListView->topLevelItemCount(), 0);
     // The status tick does not ask again.
@@ -270,6 +272,24 @@ TEST_F(CDPlayerTest, TheControlPanelReadsTheBinTheCueNamesAndTellsOfAnUnreadable
     EXPECT_EQ(f->ListView->topLevelItemCount(), 1);
     clock().advance(1000);
     EXPECT_EQ(msgBox().shown.size(), 1);
+
+    // No "digital copy permitted" flag in the image: the track reads as protected. Behind an
+    // open door, changed, or gone, the image is looked at anew.
+    QTest::keyClick(f->DevCombo, Qt::Key_Down);
+    ASSERT_EQ(f->ListView->topLevelItemCount(), 2);
+    EXPECT_EQ(line(*f, 1), QStringList({"02", "0:00:06.00", "0:00:03.00", "0.50 MB", "Yes", "No"}));
+    f->EjectMenu->trigger();
+    clock().advance(500);
+    EXPECT_EQ(panels(*f), "CD Not Inserted||");
+    f->EjectMenu->trigger();
+    clock().advance(500);
+    EXPECT_EQ(f->ListView->topLevelItemCount(), 2);
+    ASSERT_TRUE(DiscImage::build(tempDir() + QStringLiteral("/h"), {100, 100, 100}).ok());
+    clock().advance(500);
+    EXPECT_EQ(f->ListView->topLevelItemCount(), 3);
+    ASSERT_TRUE(QFile::remove(whole.cuePath()));
+    clock().advance(500);
+    EXPECT_EQ(panels(*f), "CD Not Inserted||");
     // Qt cannot remove a name that is no UTF-8 along with the test's folder.
     ::unlink((NameToBytes(tempDir()) + "/d/bins/Ma musique \xe9.bin").constData());
 }
