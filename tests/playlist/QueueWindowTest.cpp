@@ -1,6 +1,9 @@
-// The queue's picture window on a fake player: hidden for sound, shown for films, and
-// closing it ends the run.
+// The queue's picture window on a fake player: hidden for sound, shown for films, its menus
+// following the play, and closing it ends the run.
 #include <gtest/gtest.h>
+
+#include <QMenu>
+#include <QTest>
 
 #include "PlaylistTest.h"
 #include "video/frmVideoPlaylistView.h"
@@ -16,9 +19,13 @@ class QueueWindowTest : public PlayerTest {
         return dynamic_cast<frmVideoPlaylistView*>(loadedWindow<QueueView>());
     }
     FakeMediaPlayer* am() { return view() ? static_cast<FakeMediaPlayer*>(view()->AM()) : nullptr; }
+    // A click on the picture sets the pop-up menu's items by the play state.
+    static void clickPicture(frmVideoPlaylistView* window) {
+        QTest::mouseClick(window->AMWidget(), Qt::LeftButton);
+    }
 };
 
-TEST_F(QueueWindowTest, SoundStaysHiddenAFilmShowsInItsTitledWindow) {
+TEST_F(QueueWindowTest, SoundStaysHiddenAFilmShowsInItsTitledWindowAndClosingItEndsTheRun) {
     const QString song = media("a.mp3");
     const QString film = media("b.avi");
     FakeMediaPlayer::setPicture(film, QSize(160, 120));
@@ -37,7 +44,6 @@ TEST_F(QueueWindowTest, SoundStaysHiddenAFilmShowsInItsTitledWindow) {
     EXPECT_EQ(view()->AMWidget()->size(), QSize(160, 120));
     EXPECT_EQ(view()->windowTitle(), QStringLiteral("Cantovel Video Play:  b.avi"));
 
-    // Closing the window ends the run.
     FakeMediaPlayer* player = am();
     EXPECT_TRUE(view()->unload());
     EXPECT_EQ(main->PlaylistRunning, VFalse);
@@ -53,24 +59,25 @@ TEST_F(QueueWindowTest, FullScreenOpensWithNoCaptionMenusFollowThePlayStateResta
     EXPECT_TRUE(window->windowState() & Qt::WindowMaximized);
     EXPECT_EQ(window->windowTitle(), QString());
     auto* player = static_cast<FakeMediaPlayer*>(window->AM());
-    window->AM_MouseDown(1);
+    clickPicture(window);
     EXPECT_FALSE(window->popPause->isEnabled());
     EXPECT_FALSE(window->popStop->isEnabled());
 
-    window->popRestart_Click();
+    window->popRestart->trigger();
     EXPECT_EQ(player->fileName(), main->CurrentFile);
     EXPECT_EQ(player->PlayState(), MediaPlayer::mpPlaying);
-    window->AM_MouseDown(1);
+    clickPicture(window);
     EXPECT_TRUE(window->popSeekF->isEnabled());
     EXPECT_EQ(window->popPause->text(), QStringLiteral("Pause"));
-    window->popPause_Click();
+    window->popPause->trigger();
     EXPECT_EQ(player->PlayState(), MediaPlayer::mpPaused);
-    window->AM_MouseDown(1);
+    clickPicture(window);
     EXPECT_EQ(window->popPause->text(), QStringLiteral("Resume"));
     EXPECT_FALSE(window->popSeekF->isEnabled());
-    window->mnuFile_Click();
+    window->mnuFile->popup(QPoint());
     EXPECT_EQ(window->mnuPlay->text(), QStringLiteral("&Stop"));
     EXPECT_EQ(window->mnuPause->text(), QStringLiteral("Res&ume"));
+    window->mnuFile->hide();
 }
 
 }  // namespace
