@@ -69,21 +69,21 @@ TEST_F(LoadSaveTest, ASavedListReloadsRunsAndAsksBeforeClosing) {
 
     // Closing asks, since a loaded list counts as unsaved; Cancel keeps the window open.
     msgBox().script({Mb::Cancel});
-    EXPECT_FALSE(editor->unload());
+    EXPECT_FALSE(editor->close());
     ASSERT_EQ(msgBox().shown.size(), 1);
     EXPECT_EQ(msgBox().shown[0].text,
               QStringLiteral("Do you wish to save your current playlist configuration before "
                              "exiting?"));
     EXPECT_NE(ReadAppSetting("Playlist Window Top", ""), QString()) << "stored in any case";
     msgBox().script({Mb::No});
-    EXPECT_TRUE(editor->unload());
+    EXPECT_TRUE(editor->close());
     EXPECT_EQ(frmPlaylist::instance(), nullptr);
 
     // One row with random play: the only pick is 1, past the queue; the file in hand stays.
     setting("Audio Randomize", QStringLiteral("True"));
     main->List1 = {s[0]};
     main->CurrentFile = QStringLiteral("/before.mp3");
-    main->mnuRunPlaylist();
+    temp->mnuRunPlaylist->trigger();
     EXPECT_EQ(main->PlayIndex, 1);
     EXPECT_EQ(main->CurrentFile, QStringLiteral("/before.mp3"));
     EXPECT_FALSE(temp->mnuSeekNext->isEnabled());
@@ -167,7 +167,7 @@ TEST_F(LoadSaveTest, ALoadedListSkipsCommentsAndReloadsFromTheRecentOnesOrIsTold
     // With confirmation off nothing is asked at close.
     menus->mnuConfirmSave->trigger();
     EXPECT_EQ(ReadAppSetting("Confirm Save on Playlist Close", ""), QStringLiteral("False"));
-    EXPECT_TRUE(editor->unload());
+    EXPECT_TRUE(editor->close());
     EXPECT_EQ(msgBox().shown.size(), 1);
 }
 

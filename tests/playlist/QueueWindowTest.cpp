@@ -31,7 +31,7 @@ TEST_F(QueueWindowTest, SoundStaysHiddenAFilmShowsInItsTitledWindowAndClosingItE
     FakeMediaPlayer::setPicture(film, QSize(160, 120));
     main->PlayerVolume = 40;
     main->List1 = {song, film};
-    main->mnuRunPlaylist();
+    temp->mnuRunPlaylist->trigger();
     ASSERT_NE(view(), nullptr);
     EXPECT_FALSE(view()->isVisible());
     EXPECT_EQ(am()->Volume(), -6000);
@@ -45,7 +45,7 @@ TEST_F(QueueWindowTest, SoundStaysHiddenAFilmShowsInItsTitledWindowAndClosingItE
     EXPECT_EQ(view()->windowTitle(), QStringLiteral("Cantovel Video Play:  b.avi"));
 
     FakeMediaPlayer* player = am();
-    EXPECT_TRUE(view()->unload());
+    EXPECT_TRUE(view()->close());
     EXPECT_EQ(main->PlaylistRunning, VFalse);
     EXPECT_EQ(player->PlayState(), MediaPlayer::mpStopped);
     EXPECT_EQ(caption(temp->mnuPlay), QStringLiteral("&Open..."));

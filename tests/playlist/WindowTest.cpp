@@ -43,7 +43,7 @@ class WindowTest : public PlaylistTest {
 
 TEST_F(WindowTest, DockedWindowsFollowEachOtherUntilMinimisedOrUndockedAndOnTopIsKept) {
     // The first opening, by its key, puts the editor below a main window that stays put.
-    ASSERT_TRUE(editor->unload());
+    ASSERT_TRUE(editor->close());
     for (const char* name : {"Playlist Window Top", "Playlist Window Left"})
         DeleteRegValue(RegRoot::CurrentUser, SettingsKey(), QLatin1String(name));
     main->move(300, 200);
