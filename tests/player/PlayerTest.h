@@ -1,28 +1,19 @@
 #pragma once
 // Fixture for scenario tests of the player core: the main window, its hidden menu window
-// and the program's other windows on fake players, dialogs, shell and virtual time.
+// and the program's other windows on fake players, dialogs, shell and virtual time. The
+// Vivo window gets no film control here.
 
-#include <QApplication>
 #include <QFile>
-#include <memory>
 
 #include "app/AppState.h"
-#include "app/Forms.h"
 #include "app/ProductionComponents.h"
 #include "app/Settings.h"
-#include "platform/Components.h"
 #include "player/MruList.h"
 #include "player/PlayerWindows.h"
 #include "player/QueueView.h"
-#include "player/frmMain.h"
-#include "player/frmTemp.h"
-#include "support/AppTest.h"
 #include "support/FakeCDReader.h"
-#include "support/FakeFileDialogs.h"
-#include "support/FakeFilmPlayer.h"
 #include "support/FakeMediaPlayer.h"
-#include "support/FakeShell.h"
-#include "support/QtPrinters.h"
+#include "support/MainWindowFixture.h"
 #include "video/frmVideoPlayer.h"
 #include "video/frmVivoPlayer.h"
 
@@ -37,18 +28,13 @@ class FakeMruList : public MruList {
     QList<std::pair<QString, QString>> added;
 };
 
-class PlayerTest : public AppTest {
+class PlayerTest : public MainWindowFixture {
   protected:
     void SetUp() override {
-        AppTest::SetUp();
+        MainWindowFixture::SetUp();
         // The main window here is never loaded, and its load is what clears this.
         AppClosing = VFalse;
-        dialogs = std::make_shared<FakeFileDialogs>();
-        shell = std::make_shared<FakeShell>();
-        Components::provideService<FileDialogs>(dialogs);
-        Components::provideService<Shell>(shell);
         FakeCDReader::install();
-        FakeFilmPlayer::install();
         registerProgramWindows();
         installPlayers();
         main = new frmMain();
@@ -79,11 +65,6 @@ class PlayerTest : public AppTest {
     void setting(const char* name, const QString& value) {
         SaveAppSetting(QLatin1String(name), value);
     }
-    // The files as a drop on the main window hands them over.
-    void drop(const QStringList& paths) {
-        main->DroppedFiles = paths;
-        main->Process_DROPFILES();
-    }
 
     // The hidden audio player.
     FakeMediaPlayer& MP() { return *static_cast<FakeMediaPlayer*>(temp->MP.get()); }
@@ -100,19 +81,7 @@ class PlayerTest : public AppTest {
         temp->mnuPlay->trigger();
     }
     QString caption(QAction* action) const { return action->text(); }
-    // The file a player plays, or nothing when it is gone or not playing.
-    static QString playing(MediaPlayer* p) {
-        return p && p->PlayState() == MediaPlayer::mpPlaying ? p->fileName() : QString();
-    }
-    // What the File and Playback menus show of the play state: the Open/Stop caption, and
-    // whether Pause and Play Current are on.
-    QString playState() const {
-        return temp->mnuPlay->text() + (temp->mnuPause->isEnabled() ? " pause" : "") +
-               (temp->mnuPlayCurrent->isEnabled() ? " replay" : "");
-    }
 
-    std::shared_ptr<FakeFileDialogs> dialogs;
-    std::shared_ptr<FakeShell> shell;
     frmMain* main = nullptr;
     frmTemp* temp = nullptr;
     FakeMruList* mru = nullptr;

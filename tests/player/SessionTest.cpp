@@ -1,8 +1,6 @@
-// The playback session: the queue and how it moves on, loops, random play, audio CD tracks,
-// and what the timers do.
-#include <gtest/gtest.h>
-
-#include <QSet>
+// The playback session: how a queue moves on and loops, a file that loops, and audio CD
+// tracks.
+#include <QTest>
 
 #include "PlayerTest.h"
 
@@ -18,30 +16,10 @@ class SessionTest : public PlayerTest {
         main->List1 = files;
         main->mnuRunPlaylist();
     }
-    bool queueWindowShows() { return formOf(loadedWindow<QueueView>())->isVisible(); }
     FakeCDReader& reader() { return *FakeCDReader::instances().last(); }
 };
 
-TEST_F(SessionTest, AStopInsideTheGapIsUndoneWhenTheGapEnds) {
-    const QString a = media(QStringLiteral("a.mp3")), b = media(QStringLiteral("b.mp3"));
-    run({a, b});
-    bool stopped = false;
-    Timer stopper(700);
-    QObject::connect(&stopper, &Timer::timeout, [&] {
-        stopper.setEnabled(false);
-        EXPECT_EQ(main->PlaylistRunning, VFalse);  // off during the gap
-        temp->mnuStop_Click();
-        stopped = true;
-    });
-    stopper.setEnabled(true);
-    AM()->playToEnd();  // the next entry's gap begins
-
-    ASSERT_TRUE(stopped);
-    EXPECT_EQ(main->PlayQueue, (QStringList{a, b}));
-    EXPECT_EQ(playing(AM()), b);
-}
-
-TEST_F(SessionTest, TheLastEntryEndsTheRunUnlessThePlaylistLoops) {
+TEST_F(SessionTest, AQueueEndsAfterItsLastEntryUnlessItLoopsAndALoopingFileStopsForTheUser) {
     const QString a = media(QStringLiteral("a.avi")), b = media(QStringLiteral("b.avi"));
     run({a, b});
     // Seeking wraps at both ends of the queue.
@@ -61,51 +39,43 @@ TEST_F(SessionTest, TheLastEntryEndsTheRunUnlessThePlaylistLoops) {
     run({a, b});
     AM()->playToEnd();
     AM()->playToEnd();
-    EXPECT_EQ(playing(AM()), a);
+    EXPECT_EQ(AM()->PlayState(), MediaPlayer::mpPlaying);
+    EXPECT_EQ(AM()->fileName(), a);
 
     // A queue with nothing playable ends instead of going round for ever.
     run({file(QStringLiteral("notes.txt")), file(QStringLiteral("cover.jpg"))});
     EXPECT_EQ(main->PlaylistRunning, VFalse);
     EXPECT_EQ(temp->mnuPlay->text(), QStringLiteral("&Open..."));
-}
 
-TEST_F(SessionTest, RandomPlayNeverPicksTheFirstAndReplaysOnTheCount) {
-    setting("Audio Randomize", QStringLiteral("True"));
-    run({media(QStringLiteral("a.avi")), media(QStringLiteral("b.avi")),
-         media(QStringLiteral("c.avi"))});
-    QSet<long> picked;
-    for (int i = 0; i < 300; ++i) {
-        picked << main->PlayIndex;
-        const QString before = main->CurrentFile;
-        ASSERT_NE(AM(), nullptr);
-        AM()->playToEnd();
-        ASSERT_EQ(main->PlaylistRunning, VTrue) << "a random run never ends by itself";
-        if (main->PlayIndex == 3) {
-            // Past the queue: the file just played plays again.
-            EXPECT_EQ(playing(AM()), before);
-        }
-    }
-    EXPECT_EQ(picked, (QSet<long>{1, 2, 3}));
-}
-
-TEST_F(SessionTest, LoopOtherReplaysUntilTheUserStops) {
+    // A looping file plays again at its end, and on after Ctrl+S; the menu's Stop ends it.
     setting("Loop Other", QStringLiteral("1"));
     openByDialog(media(QStringLiteral("Song.mp3"), 3));
     clock().advance(3500);
     EXPECT_EQ(MP().calls.count(QStringLiteral("Play")), 2);
-    main->mnuStop();  // as the Ctrl+S key does, without StopRequested: it plays on
+    QTest::keyClick(main, Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(MP().PlayState(), MediaPlayer::mpPlaying);
-    temp->mnuStop_Click();
-    EXPECT_EQ(MP().PlayState(), MediaPlayer::mpStopped);
+    temp->mnuStop->trigger();
     clock().advance(5000);
     EXPECT_EQ(MP().PlayState(), MediaPlayer::mpStopped);
 }
 
-TEST_F(SessionTest, AudioCDTracksFromTheDialogCountFromOneInAQueueAsTheyStand) {
+TEST_F(SessionTest, AudioCDTracksCountFromOneFromTheDialogAndInAQueueAndADiscMayNotBeReady) {
     FakeCDReader::setTracks({200, 180, 240, 150, 300, 100});
+    FakeCDReader::disc().readyAfterMs.reset();
+    const QString track5 = file(QStringLiteral("Track05.cda"));
+    openByDialog(track5);
+    EXPECT_EQ(msgBox().texts(), QStringList{"CD not ready (15 second timeout)."});
+    EXPECT_GE(clock().msecs(), 15000);
+    msgBox().reset();
+    FakeCDReader::disc().directoryRead = false;
+    FakeCDReader::disc().readyAfterMs = 0;
+    openByDialog(track5);
+    EXPECT_EQ(msgBox().texts(), QStringList{"Unable to read CD directory."});
+
+    FakeCDReader::disc().directoryRead = true;
     FakeCDReader::disc().readyAfterMs = 3000;
-    openByDialog(file(QStringLiteral("Track05.cda")));
-    EXPECT_EQ(reader().calls, (QStringList{"Open", "PlayAudioTrack=4"}));
+    openByDialog(track5);
+    EXPECT_EQ(reader().calls.last(), QStringLiteral("PlayAudioTrack=4"));
     EXPECT_EQ(main->TitleText(), QStringLiteral("Audio Track #5"));
     EXPECT_EQ(main->TrackLength, 300);
     clock().advance(60000);
@@ -113,33 +83,19 @@ TEST_F(SessionTest, AudioCDTracksFromTheDialogCountFromOneInAQueueAsTheyStand) {
     clock().advance(241000);  // past the track's end
     EXPECT_EQ(temp->mnuPlay->text(), QStringLiteral("&Open..."));
 
-    run({file(QStringLiteral("Track05.cda"))});
+    run({track5});
     EXPECT_EQ(reader().calls.last(), QStringLiteral("PlayAudioTrack=5"));
     EXPECT_EQ(main->TrackLength, 100);
-    temp->mnuStop_Click();
+    temp->mnuStop->trigger();
 
-    // Seek wraps over the tracks.
+    // F7 and F6 seek over the tracks, wrapping at the ends.
     FakeCDReader::setTracks({200, 180, 240});
     openByDialog(file(QStringLiteral("Track03.cda")));
-    temp->mnuSeekNext_Click();
+    QTest::keyClick(main, Qt::Key_F7);
     EXPECT_EQ(reader().calls.last(), QStringLiteral("PlayAudioTrack=0"));
     EXPECT_EQ(main->TitleText(), QStringLiteral("Audio Track #1"));
-    temp->mnuSeekPrev_Click();
+    QTest::keyClick(main, Qt::Key_F6);
     EXPECT_EQ(main->TrackLength, 240);
-}
-
-TEST_F(SessionTest, ADiscThatIsNotReadyOrUnreadableIsTold) {
-    FakeCDReader::setTracks({200});
-    FakeCDReader::disc().readyAfterMs.reset();
-    const QString track = file(QStringLiteral("Track01.cda"));
-    openByDialog(track);
-    EXPECT_EQ(msgBox().texts(), QStringList{"CD not ready (15 second timeout)."});
-    EXPECT_GE(clock().msecs(), 15000);
-    msgBox().reset();
-    FakeCDReader::disc().readyAfterMs = 0;
-    FakeCDReader::disc().directoryRead = false;
-    openByDialog(track);
-    EXPECT_EQ(msgBox().texts(), QStringList{"Unable to read CD directory."});
 }
 
 }  // namespace

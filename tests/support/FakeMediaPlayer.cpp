@@ -8,13 +8,6 @@
 
 namespace cantovel::test {
 
-namespace {
-QList<FakeMediaPlayer*>& alive() {
-    static QList<FakeMediaPlayer*> list;
-    return list;
-}
-}  // namespace
-
 FakeMediaPlayer::Media& FakeMediaPlayer::media() {
     static Media m;
     return m;
@@ -25,17 +18,8 @@ void FakeMediaPlayer::install() {
     Components::provideFactory<MediaPlayer>([] { return std::make_unique<FakeMediaPlayer>(); });
 }
 
-const QList<FakeMediaPlayer*>& FakeMediaPlayer::instances() {
-    return alive();
-}
-
 FakeMediaPlayer::FakeMediaPlayer(QObject* parent) : MediaPlayer(parent), ticker_(100) {
-    alive().append(this);
     connect(&ticker_, &Timer::timeout, this, &FakeMediaPlayer::tick);
-}
-
-FakeMediaPlayer::~FakeMediaPlayer() {
-    alive().removeOne(this);
 }
 
 int FakeMediaPlayer::setFileName(const QString& name) {
@@ -52,14 +36,12 @@ int FakeMediaPlayer::setFileName(const QString& name) {
 
     reportOpening();
     if (!self) return 0;
-    if (media().openMs > 0) Clock::get().wait(media().openMs);
-    if (!self || fileName_ != name) return 0;
     const auto known = media().lengths.constFind(name);
-    if (known == media().lengths.constEnd() && !media().defaultLength) {
+    if (known == media().lengths.constEnd()) {
         fileName_.clear();
         return reportRefused(QStringLiteral("unrecognized file format"));
     }
-    length_ = known != media().lengths.constEnd() ? *known : *media().defaultLength;
+    length_ = *known;
     picture_ = media().pictures.value(name);
     reportOpened();
     fit();
@@ -100,13 +82,11 @@ void FakeMediaPlayer::setCurrentPosition(double seconds) {
 }
 
 void FakeMediaPlayer::setVideoWidget(QWidget* widget) {
-    calls << QStringLiteral("VideoWidget");
     videoWidget_ = widget;
     fit();
 }
 
 void FakeMediaPlayer::applyDisplaySize() {
-    calls << QStringLiteral("DisplaySize=%1").arg(DisplaySize());
     fit();
 }
 

@@ -8,12 +8,10 @@
 // 2) as soon as the film is open; at the others the window decides. Every call is recorded.
 
 #include <QHash>
-#include <QList>
 #include <QPointer>
 #include <QSize>
 #include <QStringList>
 #include <QWidget>
-#include <optional>
 
 #include "platform/clock/Timer.h"
 #include "platform/mediaplayer/MediaPlayer.h"
@@ -23,25 +21,17 @@ namespace cantovel::test {
 class FakeMediaPlayer : public MediaPlayer {
     Q_OBJECT
   public:
-    // What the fakes know about files, by file name.
+    // What the fakes know about files, by file name; a name not listed is refused.
     struct Media {
         QHash<QString, double> lengths;
         QHash<QString, QSize> pictures;
-        // Length of a name not listed; none: such names are refused.
-        std::optional<double> defaultLength;
-        // Virtual milliseconds an open takes, spent in a clock wait as the real one does.
-        int openMs = 0;
     };
     static Media& media();
     static void setLength(const QString& name, double seconds) { media().lengths[name] = seconds; }
     static void setPicture(const QString& name, QSize size) { media().pictures[name] = size; }
     // Makes the component factory hand out fakes, and forgets all scripted media.
     static void install();
-    // The fakes alive, oldest first.
-    static const QList<FakeMediaPlayer*>& instances();
-
     explicit FakeMediaPlayer(QObject* parent = nullptr);
-    ~FakeMediaPlayer() override;
 
     int setFileName(const QString& name) override;
     QString fileName() const override { return fileName_; }
@@ -54,13 +44,12 @@ class FakeMediaPlayer : public MediaPlayer {
     int ImageSourceWidth() const override { return picture_.width(); }
     int ImageSourceHeight() const override { return picture_.height(); }
     void setVideoWidget(QWidget* widget) override;
-    QWidget* videoWidget() const { return videoWidget_; }
 
     // Jumps to the end as if the file had played out (reports 2 -> 0 when playing).
     void playToEnd();
 
     // Every call in order: "FileName=<name>", "Play", "Pause", "Stop",
-    // "CurrentPosition=<s>", "Volume=<v>", "Balance=<b>", "DisplaySize=<n>", "VideoWidget".
+    // "CurrentPosition=<s>", "Volume=<v>", "Balance=<b>".
     QStringList calls;
 
   protected:

@@ -1,6 +1,7 @@
 #pragma once
 // A loaded main window on the fakes: message boxes, virtual time, a registry of its own, a
-// mixer at 70, the desktop shell and the file dialogs. Helpers read the painted face back.
+// mixer at 70, the desktop shell and the file dialogs. Helpers read the painted face back,
+// and give mouse events to any window.
 
 #include <QApplication>
 #include <QImage>
@@ -17,6 +18,29 @@
 #include "support/FakeShell.h"
 
 namespace cantovel::test {
+
+// Mouse events as the window system delivers them; pos in the window's pixels.
+inline void mouse(QWidget& w, QEvent::Type type, const QPoint& pos, Qt::MouseButton button,
+                  Qt::MouseButtons held, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+    QMouseEvent e(type, QPointF(pos), QPointF(w.mapToGlobal(pos)), button, held, mods);
+    QApplication::sendEvent(&w, &e);
+}
+inline void press(QWidget& w, const QPoint& pos, Qt::MouseButton b = Qt::LeftButton) {
+    mouse(w, QEvent::MouseButtonPress, pos, b, b);
+}
+inline void release(QWidget& w, const QPoint& pos, Qt::MouseButton b = Qt::LeftButton) {
+    mouse(w, QEvent::MouseButtonRelease, pos, b, Qt::NoButton);
+}
+inline void hover(QWidget& w, const QPoint& pos) {
+    mouse(w, QEvent::MouseMove, pos, Qt::NoButton, Qt::NoButton);
+}
+inline void drag(QWidget& w, const QPoint& pos) {
+    mouse(w, QEvent::MouseMove, pos, Qt::NoButton, Qt::LeftButton);
+}
+inline void click(QWidget& w, const QPoint& pos) {
+    press(w, pos);
+    release(w, pos);
+}
 
 class MainWindowFixture : public AppTest {
   protected:
@@ -49,29 +73,6 @@ class MainWindowFixture : public AppTest {
     }
     // The window's own picture at a place: what shows where no control paints.
     static QImage background(frmMain& m, const QRect& r) { return picture(m.Picture).copy(r); }
-
-    // Mouse events as the window system delivers them; pos in the window's pixels.
-    static void mouse(QWidget& w, QEvent::Type type, const QPoint& pos, Qt::MouseButton button,
-                      Qt::MouseButtons held, Qt::KeyboardModifiers mods = Qt::NoModifier) {
-        QMouseEvent e(type, QPointF(pos), QPointF(w.mapToGlobal(pos)), button, held, mods);
-        QApplication::sendEvent(&w, &e);
-    }
-    static void press(QWidget& w, const QPoint& pos, Qt::MouseButton b = Qt::LeftButton) {
-        mouse(w, QEvent::MouseButtonPress, pos, b, b);
-    }
-    static void release(QWidget& w, const QPoint& pos, Qt::MouseButton b = Qt::LeftButton) {
-        mouse(w, QEvent::MouseButtonRelease, pos, b, Qt::NoButton);
-    }
-    static void hover(QWidget& w, const QPoint& pos) {
-        mouse(w, QEvent::MouseMove, pos, Qt::NoButton, Qt::NoButton);
-    }
-    static void drag(QWidget& w, const QPoint& pos) {
-        mouse(w, QEvent::MouseMove, pos, Qt::NoButton, Qt::LeftButton);
-    }
-    static void click(QWidget& w, const QPoint& pos) {
-        press(w, pos);
-        release(w, pos);
-    }
 
     std::shared_ptr<FakeMixer> mixer;
     std::shared_ptr<FakeShell> shell;

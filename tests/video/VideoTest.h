@@ -5,13 +5,7 @@
 #include <QMenu>
 
 #include "../player/PlayerTest.h"
-#include "app/AppState.h"
-#include "app/Settings.h"
-#include "support/FakeFilmPlayer.h"
-#include "support/FakeMediaPlayer.h"
 #include "video/WindowMetrics.h"
-#include "video/frmVideoPlayer.h"
-#include "video/frmVivoPlayer.h"
 
 namespace cantovel::test {
 
@@ -30,7 +24,6 @@ class VideoTest : public PlayerTest {
         clock().advance(300);
         return *video();
     }
-    static double twips(const QWidget* w) { return TwipsPerPixel(w); }
 };
 
 }  // namespace cantovel::test
