@@ -106,6 +106,7 @@ class TrayOnDesktopTest : public PlayerTest {
         ASSERT_TRUE(QTest::qWaitForWindowExposed(main));
     }
     void TearDown() override {
+        cSysTray::setAvailableOverride(std::nullopt);
         if (Forms::find<frmTrayIcon>()) tray().cSysTray1.setInTray(false);
         if (trayer.state() != QProcess::NotRunning) {
             trayer.terminate();
@@ -142,6 +143,12 @@ class TrayOnDesktopTest : public PlayerTest {
         QObject::disconnect(counting);
         ASSERT_TRUE(over);
     }
+    static QStringList rows(QMenu* menu) {
+        QStringList out;
+        for (QAction* a : menu->actions())
+            if (!a->isSeparator()) out << a->text();
+        return out;
+    }
     QString netWmState() {
         QProcess p;
         p.start(QStringLiteral("xprop"),
@@ -153,9 +160,17 @@ class TrayOnDesktopTest : public PlayerTest {
     QProcess trayer;
 };
 
-TEST_F(TrayOnDesktopTest, TheMenuOpensOnTheRightButtonsReleaseNotItsPress) {
+TEST_F(TrayOnDesktopTest, TheIconTellsTheFileOpensItsMenuOnTheReleaseAndRestoresTheWindow) {
+    // Minimised with the skin's button, back from the task bar (the window manager is asked
+    // to activate the window, as a task bar does).
+    QTest::mouseClick(main, Qt::LeftButton, {}, QPoint(268, 7));
+    ASSERT_TRUE(waitUntil([&] { return netWmState().contains("_NET_WM_STATE_HIDDEN"); }));
+    xdotool({"windowactivate", QString::number(main->winId())});
+    ASSERT_TRUE(waitUntil([&] { return !netWmState().contains("_NET_WM_STATE_HIDDEN"); }));
+
     QTest::keyClick(main, Qt::Key_T, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([&] { return !main->isVisible(); }));
+    EXPECT_EQ(tray().cSysTray1.shownTip(), "Cantovel");
     int presses = 0;
     QObject::connect(&tray().cSysTray1, &cSysTray::MouseDown, [&](int b) { presses += b == 2; });
     // The press is given again while the icon has not felt it: on a busy machine the
@@ -170,22 +185,40 @@ TEST_F(TrayOnDesktopTest, TheMenuOpensOnTheRightButtonsReleaseNotItsPress) {
     ASSERT_TRUE(pressed);
     EXPECT_EQ(presses, 1);
     QTest::qWait(200);
-    EXPECT_FALSE(tray().mnuPopup->isVisible());
+    frmTrayIcon& t = tray();
+    EXPECT_FALSE(t.mnuPopup->isVisible());
     xdotool({"mouseup", "3"});
-    EXPECT_TRUE(waitUntil([&] { return tray().mnuPopup->isVisible(); }));
-    tray().mnuPopup->hide();
-}
+    ASSERT_TRUE(waitUntil([&] { return t.mnuPopup->isVisible(); }));
+    EXPECT_EQ(t.mnuPopup->defaultAction(), t.mnuRestore);
+    EXPECT_EQ(
+        rows(t.mnuPopup),
+        (QStringList{"Restore Window", "Help", "Conversions", "Playlist Editor", "Seek Next",
+                     "Seek Previous", "Pause", "Play Current File", "Play New File", "Exit"}));
+    EXPECT_EQ(rows(t.mnuHelpMenu),
+              (QStringList{"Help", "Mail Brightfen", "Visit Brightfen on the Web", "About"}));
+    EXPECT_EQ(rows(t.mnuConversions),
+              (QStringList{"WAV Batch Converter", "Convert CD Audio to WAV",
+                           "Convert CD Audio to MP3", "Convert WAV to MP3", "Convery MP3 to WAV"}));
+    EXPECT_FALSE(t.mnuPause->isEnabled());  // nothing loaded
+    t.mnuPopup->hide();
 
-TEST_F(TrayOnDesktopTest, RestoringFromTheTrayAfterAMinimiseShowsTheWindow) {
-    // Minimised with the skin's button, back from the task bar (the window manager is asked
-    // to activate the window, as a task bar does).
-    QTest::mouseClick(main, Qt::LeftButton, {}, QPoint(268, 7));
-    ASSERT_TRUE(waitUntil([&] { return netWmState().contains("_NET_WM_STATE_HIDDEN"); }));
-    xdotool({"windowactivate", QString::number(main->winId())});
-    ASSERT_TRUE(waitUntil([&] { return !netWmState().contains("_NET_WM_STATE_HIDDEN"); }));
+    // A file opened meanwhile: the tip tells it when the pointer comes, and by time as well,
+    // cut to the field's 63 characters; the menu's pause row pauses it.
+    openByDialog(media("Song.wav"));
+    pointAtIcon();
+    EXPECT_EQ(t.cSysTray1.shownTip(), "Song.wav - Cantovel");
+    MP().setFileName(media(QString(70, u'x') + ".wav"));
+    clock().advance(1000);
+    EXPECT_EQ(t.cSysTray1.shownTip(), QString(63, u'x'));
+    EXPECT_EQ(t.cSysTray1.TrayTip(), QString(70, u'x') + ".wav - Cantovel");
+    xdotool({"click", "3"});
+    ASSERT_TRUE(waitUntil([&] { return t.mnuPopup->isVisible(); }));
+    EXPECT_TRUE(t.mnuPause->isEnabled());
+    EXPECT_FALSE(t.popSeekNext->isEnabled());
+    t.mnuPause->trigger();
+    EXPECT_EQ(temp->mnuPause->text(), "&Resume");
+    t.mnuPopup->hide();
 
-    QTest::keyClick(main, Qt::Key_T, Qt::ControlModifier);
-    ASSERT_TRUE(waitUntil([&] { return !main->isVisible(); }));
     // A double click on the icon restores the window.
     pointAtIcon();
     xdotool({"click", "--repeat", "2", "--delay", "80", "1"});
@@ -195,7 +228,15 @@ TEST_F(TrayOnDesktopTest, RestoringFromTheTrayAfterAMinimiseShowsTheWindow) {
     QTest::qWait(300);  // whatever the window manager does with the map comes in by now
     EXPECT_FALSE(netWmState().contains("_NET_WM_STATE_HIDDEN")) << netWmState().toStdString();
     EXPECT_TRUE(netWmState().contains("Normal")) << netWmState().toStdString();
-    EXPECT_FALSE(tray().cSysTray1.InTray());
+    EXPECT_FALSE(t.cSysTray1.InTray());
+    EXPECT_EQ(t.cSysTray1.shownTip(), "");
+
+    // Without a notification area the window goes to the task bar, not out of sight.
+    cSysTray::setAvailableOverride(false);
+    QTest::keyClick(main, Qt::Key_T, Qt::ControlModifier);
+    EXPECT_TRUE(waitUntil([&] { return netWmState().contains("_NET_WM_STATE_HIDDEN"); }));
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_FALSE(t.cSysTray1.InTray());
 }
 
 }  // namespace
