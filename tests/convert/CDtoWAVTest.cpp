@@ -317,8 +317,9 @@ class CDtoWAVRipTest : public CDtoWAVTest {
 };
 
 // Both tracks become WAV files holding the disc's samples; a destination that fills up,
-// holding an older file of the output's name, is told and keeps that file whole.
-TEST_F(CDtoWAVRipTest, RipsTheDiscsSamplesAndADestinationThatFillsUpIsTold) {
+// holding an older file of the output's name, is told and keeps that file whole; another
+// format chosen from the menu is the one written.
+TEST_F(CDtoWAVRipTest, RipsTheDiscsSamplesInTheChosenFormatAndAFullDestinationIsTold) {
     frmCDtoWAV& f = open();
     ASSERT_EQ(f.ListView->topLevelItemCount(), 2);
     f.SelectAll1->trigger();
@@ -355,6 +356,21 @@ TEST_F(CDtoWAVRipTest, RipsTheDiscsSamplesAndADestinationThatFillsUpIsTold) {
         return 0;
     });
     EXPECT_EQ(code, 0);
+
+    // The format chosen from the menu: 24-bit mono at half the rate.
+    Components::provideFactory<FormatChooser>([] {
+        auto chooser = std::make_unique<FakeFormatChooser>();
+        chooser->script({WaveFormat{WaveFormat::Pcm24, 22050, 1}});
+        return chooser;
+    });
+    frmCDtoWAV& h = open();
+    h.SelectWaveformat1->trigger();
+    selectOnly(h, {0});
+    copy(h, tempDir() + QStringLiteral("/Small.wav"));
+    const SoundInfo small = readSoundInfo(tempDir() + QStringLiteral("/Small01.wav"));
+    EXPECT_EQ(small.format, SF_FORMAT_WAV | SF_FORMAT_PCM_24);
+    EXPECT_EQ(small.rate * 10 + small.channels, 220501);
+    EXPECT_NEAR(double(small.frames), 600 * 588 / 2, 64);
 }
 
 }  // namespace
