@@ -4,7 +4,6 @@
 #include <mpg123.h>
 #include <sndfile.h>
 
-#include <dlfcn.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -83,54 +82,6 @@ bool writeMp3Tone(const QString& path, double seconds, int rate, int channels, i
     if (bytes < 0) return false;
     std::memcpy(mp3.data(), header, std::min(headerBytes, size_t(bytes)));
     return writeBytes(path, QByteArray(reinterpret_cast<const char*>(mp3.data()), bytes));
-}
-
-bool writeMp2Tone(const QString& path, double seconds, int rate, int channels, int kbps) {
-    void* lib = ::dlopen("libtwolame.so.0", RTLD_NOW | RTLD_LOCAL);
-    if (!lib) return false;
-    using Init = void* (*)();
-    using SetInt = int (*)(void*, int);
-    using Params = int (*)(void*);
-    using Encode = int (*)(void*, const short*, int, unsigned char*, int);
-    using Flush = int (*)(void*, unsigned char*, int);
-    using Close = void (*)(void**);
-    const auto init = reinterpret_cast<Init>(::dlsym(lib, "twolame_init"));
-    const auto channelsOf = reinterpret_cast<SetInt>(::dlsym(lib, "twolame_set_num_channels"));
-    const auto inRate = reinterpret_cast<SetInt>(::dlsym(lib, "twolame_set_in_samplerate"));
-    const auto outRate = reinterpret_cast<SetInt>(::dlsym(lib, "twolame_set_out_samplerate"));
-    const auto bitrate = reinterpret_cast<SetInt>(::dlsym(lib, "twolame_set_bitrate"));
-    const auto params = reinterpret_cast<Params>(::dlsym(lib, "twolame_init_params"));
-    const auto encode = reinterpret_cast<Encode>(::dlsym(lib, "twolame_encode_buffer_interleaved"));
-    const auto flush = reinterpret_cast<Flush>(::dlsym(lib, "twolame_encode_flush"));
-    const auto close = reinterpret_cast<Close>(::dlsym(lib, "twolame_close"));
-    bool ok = false;
-    void* options =
-        init && channelsOf && inRate && outRate && bitrate && params && encode && flush && close
-            ? init()
-            : nullptr;
-    if (options) {
-        channelsOf(options, channels);
-        inRate(options, rate);
-        outRate(options, rate);
-        bitrate(options, kbps);
-        if (params(options) == 0) {
-            const qint64 frames = qint64(std::llround(seconds * rate));
-            const std::vector<float> pcm = tone(frames, rate, channels);
-            std::vector<short> pcm16(pcm.size());
-            for (size_t i = 0; i < pcm.size(); ++i) pcm16[i] = short(pcm[i] * 32767);
-            std::vector<unsigned char> mp2(size_t(frames * 2 + 16384));
-            int bytes = encode(options, pcm16.data(), int(frames), mp2.data(), int(mp2.size()));
-            if (bytes >= 0) {
-                const int tail = flush(options, mp2.data() + bytes, int(mp2.size()) - bytes);
-                bytes = tail < 0 ? tail : bytes + tail;
-            }
-            ok = bytes > 0 &&
-                 writeBytes(path, QByteArray(reinterpret_cast<const char*>(mp2.data()), bytes));
-        }
-        close(&options);
-    }
-    ::dlclose(lib);
-    return ok;
 }
 
 bool truncateFile(const QString& path, qint64 bytes) {

@@ -19,10 +19,6 @@ bool writeTone(const QString& path, double seconds, int rate = 44100, int channe
 bool writeMp3Tone(const QString& path, double seconds, int rate = 44100, int channels = 2,
                   int kbps = 128);
 
-// Encodes `seconds` of a tone into MPEG layer 2 with libtwolame, when the machine has
-// that library (it is loaded at run time); false otherwise.
-bool writeMp2Tone(const QString& path, double seconds, int rate, int channels, int kbps);
-
 // Cuts a file down to `bytes`.
 bool truncateFile(const QString& path, qint64 bytes);
 // Writes `bytes` as the whole file.
