@@ -25,7 +25,7 @@ class VideoMpvTest : public VideoTest {
 
 TEST_F(VideoMpvTest, AVivoFilmTakesTheMainWindowsPlaceAndItsMenuWorksItThroughToTheEnd) {
     const QString avi = path(QStringLiteral("Source.avi"));
-    ASSERT_TRUE(writeTestFilm(avi, 3.0, QSize(176, 144)));
+    ASSERT_TRUE(writeTestFilm(avi, 5.0, QSize(176, 144)));
     const QString film = path(QStringLiteral("Movie.viv"));
     ASSERT_TRUE(QFile::copy(avi, film));
 
