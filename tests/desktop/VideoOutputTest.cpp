@@ -94,14 +94,31 @@ class VideoOutputTest : public VideoTest {
     ScopedEnv env;
 };
 
-TEST_F(VideoOutputTest, TheVideoPlayerShowsAnMp4ThroughFullScreenAndBackAndEscapeClosesIt) {
+TEST_F(VideoOutputTest, AnMp4FromTheCommandLineKeepsItsPlaceShowsThroughFullScreenAndEscapeCloses) {
     const QString film = solidFilm(QStringLiteral("Red.mp4"), QStringLiteral("red"), 30);
+    QPoint place;
+    for (int cycle = 0; cycle < 5; ++cycle) {
+        main->OpenCommandLine(film);
+        frmVideoPlayer* w = video();
+        ASSERT_NE(w, nullptr);
+        ASSERT_TRUE(shows(w->MPView, kRed)) << "cycle " << cycle;
+        // Its title bar is on the screen, where the user can take it.
+        EXPECT_TRUE(RealMpv::waitFor([&] { return OuterGeometry(w).top() >= 0; }, 10000))
+            << qPrintable(QDebug::toString(OuterGeometry(w)));
+        w->close();
+        ASSERT_EQ(Forms::find<frmVideoPlayer>(), nullptr);
+        const QPoint saved = savedPlace("Video Player Top", "Video Player Left");
+        if (cycle > 0) {
+            EXPECT_EQ(saved, place) << "cycle " << cycle;
+        }
+        place = saved;
+    }
+
     openByDialog(film);
     frmVideoPlayer* w = video();
     ASSERT_NE(w, nullptr);
     EXPECT_TRUE(msgBox().shown.isEmpty());
     EXPECT_TRUE(shows(w->MPView, kRed));
-
     w->mnuFullScreen->trigger();
     ASSERT_TRUE(RealMpv::waitFor([&] {
         return maximised(w) && w->MPView->size() == w->Inside->size();
@@ -125,27 +142,6 @@ TEST_F(VideoOutputTest, TheVideoPlayerShowsAnMp4ThroughFullScreenAndBackAndEscap
         RealMpv::waitFor([] { return QApplication::activePopupWidget() != nullptr; }, 10000));
     typeKeys(w, {QStringLiteral("Escape"), QStringLiteral("Escape"), QStringLiteral("Escape")});
     EXPECT_TRUE(RealMpv::waitFor([] { return Forms::find<frmVideoPlayer>() == nullptr; }, 10000));
-}
-
-TEST_F(VideoOutputTest, AFilmFromTheCommandLineShowsAndTheVideoPlayerKeepsItsPlace) {
-    const QString film = solidFilm(QStringLiteral("Red.mp4"), QStringLiteral("red"), 3);
-    QPoint place;
-    for (int cycle = 0; cycle < 5; ++cycle) {
-        main->OpenCommandLine(film);
-        frmVideoPlayer* w = video();
-        ASSERT_NE(w, nullptr);
-        ASSERT_TRUE(shows(w->MPView, kRed)) << "cycle " << cycle;
-        // Its title bar is on the screen, where the user can take it.
-        EXPECT_TRUE(RealMpv::waitFor([&] { return OuterGeometry(w).top() >= 0; }, 10000))
-            << qPrintable(QDebug::toString(OuterGeometry(w)));
-        w->close();
-        ASSERT_EQ(Forms::find<frmVideoPlayer>(), nullptr);
-        const QPoint saved = savedPlace("Video Player Top", "Video Player Left");
-        if (cycle > 0) {
-            EXPECT_EQ(saved, place) << "cycle " << cycle;
-        }
-        place = saved;
-    }
 }
 
 TEST_F(VideoOutputTest, AQueueKeepsItsPictureOnTopAndOnToTheNextEntryAndItsWindowItsPlace) {
@@ -248,16 +244,14 @@ TEST_F(VideoOutputTest, TheVivoPlayerCentresItsPictureAndKeepsItOnTopFullScreenA
     w->RestartMenu->trigger();
     EXPECT_TRUE(shows(w->VvWeb1View, kRed));
     w->ExitMenu->trigger();
-}
 
-TEST_F(VideoOutputTest, AVivoFilmLargerThanTheScreenKeepsItsTitleBarOnTheScreen) {
-    const QString film = tempDir() + QStringLiteral("/Large.viv");
-    const QSize screen = QGuiApplication::primaryScreen()->geometry().size();
+    // A film larger than the screen keeps its title bar on the screen.
+    const QString large = tempDir() + QStringLiteral("/Large.viv");
     ASSERT_TRUE(QFile::rename(
         solidFilm(QStringLiteral("Large.avi"), QStringLiteral("red"), 5, screen + QSize(160, 120)),
-        film));
-    openByDialog(film);
-    frmVivoPlayer* w = Forms::find<frmVivoPlayer>();
+        large));
+    openByDialog(large);
+    w = Forms::find<frmVivoPlayer>();
     ASSERT_NE(w, nullptr);
     ASSERT_TRUE(RealMpv::waitFor([&] {
         return IsFramed(w) && OuterGeometry(w).topLeft() == QPoint();

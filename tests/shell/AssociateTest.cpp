@@ -55,13 +55,11 @@ class AssociateTest : public AppTest {
     void SetUp() override {
         AppTest::SetUp();
         // The generic desktop: xdg-mime reads the user's mimeapps.list.
-        desktop_.emplace();
-        desktop_->set("XDG_CURRENT_DESKTOP", QByteArray());
+        desktop_.set("XDG_CURRENT_DESKTOP", QByteArray());
     }
     void TearDown() override {
         UnloadAllForms();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        desktop_.reset();
         AppTest::TearDown();
     }
     frmAssociate& window() { return Forms::touch<frmAssociate>(); }
@@ -85,7 +83,7 @@ class AssociateTest : public AppTest {
     QString entry(const QString& id = QStringLiteral("cantovel.desktop")) {
         return readAll(DesktopAssociations::applicationsFolder() + u'/' + id);
     }
-    std::optional<ScopedEnv> desktop_;
+    ScopedEnv desktop_;
 };
 
 }  // namespace
@@ -96,12 +94,9 @@ TEST_F(AssociateTest, OneCallWritesTheTypeKeyItsCommandAndTheExtensionOrKeepsThe
     EXPECT_EQ(cr(".wav"), "Cantovel");
     EXPECT_EQ(cr("Cantovel"), "Cantovel");
     EXPECT_EQ(cr("Cantovel\\DefaultIcon"), "/opt/cantovel/cantovel,0");
-    EXPECT_EQ(cr("Cantovel\\QuickView"), "*");
     EXPECT_EQ(cr("Cantovel\\Shell\\Open\\Command"), "\"/opt/Cantovel/cantovel\" \"%1\"");
     EXPECT_EQ(cr("Cantovel\\Shell\\Open"), "Open with Cantovel");
     EXPECT_EQ(cr("Cantovel\\Shell\\Open\\ddeexec"), "\"%1\"");
-    EXPECT_EQ(cr("Cantovel\\Shell\\Open\\ddeexec\\Application"), "Cantovel");
-    EXPECT_EQ(cr("Cantovel\\Shell\\Open\\ddeexec\\Topic"), "System");
     EXPECT_EQ(cr(".wav", "Content Type"), "<none>");
 
     // "wav" and ".wav" are one extension: the second call changes the same key, and no key
