@@ -7,10 +7,8 @@
 #include <QStandardPaths>
 #include <QSystemTrayIcon>
 #include <QTest>
-#include <functional>
 
 #include "platform/shell/DesktopShell.h"
-#include "player/HelpFile.h"
 #include "player/PlayerTest.h"
 #include "shell/cSysTray.h"
 #include "shell/frmTrayIcon.h"

@@ -23,7 +23,6 @@
 #include "support/TestFilms.h"
 #include "video/frmVideoPlayer.h"
 #include "video/frmVideoPlaylistView.h"
-#include "video/frmVivoPlayer.h"
 
 using namespace cantovel;
 using namespace cantovel::test;

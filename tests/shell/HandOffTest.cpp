@@ -2,11 +2,8 @@
 // desktop entry's hand-off mode and the link between the two processes.
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QFile>
-#include <QTimer>
 
-#include "app/Forms.h"
 #include "app/Settings.h"
 #include "app/SubMain.h"
 #include "platform/Components.h"
