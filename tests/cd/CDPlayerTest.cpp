@@ -83,10 +83,6 @@ class CDPlayerTest : public AppTest {
 };
 
 TEST_F(CDPlayerTest, ListsTheDrivesAndTracksOrSaysWhyNot) {
-    EXPECT_EQ(CDTrackListView::PositionText(CDReader::FromFrames(75 * 3725 + 74), true),
-              "1:02:05.74");
-    EXPECT_EQ(CDTrackListView::PositionText(CDReader::FromFrames(75 * 59 + 3), false), "0:00:59");
-
     FakeCDReader::disc().openError = QStringLiteral("Device busy.");
     auto* busy = new frmCDPlayer();
     EXPECT_EQ(msgBox().texts(),
@@ -193,17 +189,9 @@ TEST_F(CDPlayerTest, PlayPauseSeekAndStop) {
     EXPECT_FALSE(f.CDPlaying);
 }
 
-TEST_F(CDPlayerTest, DiscChangesTheDoorAndTheVolume) {
+// The door, and a disc taken out and put back, are seen on a whole image below.
+TEST_F(CDPlayerTest, ADiscOfTheSameTrackCountKeepsItsListAndTheSliderUnmutes) {
     auto& f = *new frmCDPlayer();
-    // A removed disc empties the list within half a second; back in, it is listed again.
-    FakeCDReader::disc().removed = true;
-    clock().advance(500);
-    EXPECT_EQ(f.ListView->topLevelItemCount(), 0);
-    EXPECT_EQ(panels(f), "CD Not Inserted||");
-    FakeCDReader::disc().removed = false;
-    clock().advance(500);
-    EXPECT_EQ(f.ListView->topLevelItemCount(), 3);
-    // The same track count keeps the old list, another refills it.
     FakeCDReader::setTracks({60, 60, 60});
     clock().advance(500);
     EXPECT_EQ(f.ListView->topLevelItem(0)->text(2), "0:03:20.00");
@@ -211,14 +199,6 @@ TEST_F(CDPlayerTest, DiscChangesTheDoorAndTheVolume) {
     clock().advance(500);
     ASSERT_EQ(f.ListView->topLevelItemCount(), 2);
     EXPECT_EQ(f.ListView->topLevelItem(0)->text(2), "0:01:00.00");
-
-    f.EjectMenu->trigger();
-    EXPECT_EQ(reader(f).calls.last(), "Door=0");
-    clock().advance(500);
-    EXPECT_TRUE(f.EjectMenu->isEnabled());
-    EXPECT_EQ(f.Panels[0]->text(), "CD Not Inserted");
-    f.EjectMenu->trigger();
-    EXPECT_EQ(reader(f).calls.last(), "Door=1");
 
     // Moving the slider while muted unmutes.
     EXPECT_EQ(f.Label2->text(), "70");

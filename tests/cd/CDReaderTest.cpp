@@ -54,22 +54,14 @@ TEST_F(CDReaderTest, PlaysPausesRunsToTheEndAndAMissingDiscEndsThePlayWithAReaso
     EXPECT_EQ(reader->CurrentTrack(), 2);
     reader->PauseAudio();
     EXPECT_EQ(reader->DriveState(), CDReader::dsReady);
+    waitUntil([] { return false; }, 100);
+    const qint64 held = CDReader::ToFrames(reader->Position());
+    waitUntil([] { return false; }, 300);
+    EXPECT_NEAR(double(CDReader::ToFrames(reader->Position())), double(held), 2);
     reader->PlayAudioRange(reader->Position(), reader->Tracks()[1].Length);  // past the end
     EXPECT_EQ(reader->DriveState(), CDReader::dsPlaying);
     reader->StopAudio();
     EXPECT_EQ(reader->DriveState(), CDReader::dsReady);
-
-    CdAudioPlayer player;
-    ASSERT_TRUE(player.play(image, 0, 300));
-    ASSERT_TRUE(waitUntil([&] { return player.position() >= 30; }, 5000));
-    player.pause();
-    waitUntil([] { return false; }, 100);
-    const qint64 held = player.position();
-    waitUntil([] { return false; }, 300);
-    EXPECT_NEAR(double(player.position()), double(held), 2);
-    player.resume();
-    ASSERT_TRUE(waitUntil([&] { return player.position() >= held + 15; }, 5000));
-    player.stop();
 
     env.set("CANTOVEL_MPV_UNTIMED", QByteArray("1"));
     CdAudioPlayer fast;

@@ -113,8 +113,6 @@ TEST_F(CddbTest, TheWindowPlaysTheDiscAndTellsItsIdTrackAndTime) {
     QObject::connect(cd, &CdBase::ModeChange, [&](const QString& w) { words << w; });
     const auto tick = [this] { clock().advance(600); };
     EXPECT_EQ(window->windowTitle(), "Cantovel - CDDB Access Player");
-    EXPECT_TRUE(window->mnuOpen->isChecked());
-    EXPECT_EQ(cd->MMControl1()->deviceType(), "CDAudio");
     tick();
     window->mnuClose->trigger();
     EXPECT_TRUE(window->mnuClose->isChecked());

@@ -111,7 +111,6 @@ class ID3Test : public AppTest {
     }
     QStringList read(const QString& path) {
         mp3.setFileName(path);
-        EXPECT_EQ(mp3.FileName(), path);
         return {mp3.Title(), mp3.Artist(), mp3.Album(), mp3.Year(), mp3.Comment(), mp3.Genre()};
     }
     clsMP3 mp3;
