@@ -1,5 +1,6 @@
 // Transport commands as the user gives them: the skin's buttons, the Ctrl keys, the thumb
-// drag; and the File menu's delete and clearing of the recent files.
+// drag, a volume step and the balance; and the File menu's delete and clearing of the
+// recent files.
 #include <QTest>
 
 #include "PlayerTest.h"
@@ -95,6 +96,17 @@ TEST_F(TransportTest, ButtonsKeysAndTheThumbWorkOnWhateverIsLoaded) {
     EXPECT_EQ(videoMP->PlayState(), MediaPlayer::mpPaused);
     ctrl(Qt::Key_U);
     EXPECT_EQ(videoMP->PlayState(), MediaPlayer::mpPlaying);
+    // A volume step reaches every player there is; the balance the hidden one's alone.
+    click(*main, QPoint(171, 55));
+    EXPECT_EQ(videoMP->Volume(), MP().Volume());
+    EXPECT_LT(MP().Volume(), 0);
+    const QPoint knob = main->imgBalance.rect.center();
+    hover(*main, knob);
+    press(*main, knob);
+    drag(*main, knob - QPoint(18, 0));
+    release(*main, knob - QPoint(18, 0));
+    EXPECT_EQ(MP().Balance(), -581);
+    EXPECT_EQ(videoMP->Balance(), 0);
     ctrl(Qt::Key_S);
     EXPECT_EQ(video(), nullptr);
     main->OpenCommandLine(media(QStringLiteral("Film.viv")));

@@ -1,14 +1,10 @@
-// The player's volume and the master volume: the four buttons with press and hold, mute and
-// un-mute, and the balance.
+// The player's volume and the master volume on a loaded main window: the four buttons with
+// press and hold, mute and un-mute.
 #include <gtest/gtest.h>
 
 #include <QTest>
 
-#include "app/ProductionComponents.h"
 #include "app/Settings.h"
-#include "player/PlayerWindows.h"
-#include "player/VideoPlayerWindow.h"
-#include "support/FakeMediaPlayer.h"
 #include "support/MainWindowFixture.h"
 
 using namespace cantovel;
@@ -70,30 +66,6 @@ TEST_F(VolumeTest, APressStepsOnceAHeldButtonRepeatsToTheEndAndMuteReturnsToTheL
     QTest::keyClick(&m, Qt::Key_F9);
     EXPECT_EQ(temp().mnuMute->text(), QStringLiteral("&Mute"));
     EXPECT_EQ(mixer->volume, 70);
-}
-
-// A step sets the volume of every player that is open; the balance goes to the hidden audio
-// player only.
-TEST_F(VolumeTest, AStepReachesEveryPlayerAndTheBalanceTheAudioPlayer) {
-    FakeMediaPlayer::install();
-    registerProgramWindows();
-    frmMain& m = load();
-    VideoPlayerWindow* video = touchWindow<VideoPlayerWindow>();
-    ASSERT_TRUE(video && video->MP() && temp().MP);
-    m.PlayerVolume = 50;
-    click(m, DecPlayer);
-    EXPECT_EQ(temp().MP->Volume(), -5100);
-    EXPECT_EQ(video->MP()->Volume(), -5100);
-
-    EXPECT_EQ(m.imgBalance.Left(), 248);
-    const QPoint knob = m.imgBalance.rect.center();
-    hover(m, knob);
-    press(m, knob);
-    drag(m, knob - QPoint(18, 0));
-    EXPECT_EQ(m.imgBalance.Left(), 230);
-    EXPECT_EQ(temp().MP->Balance(), -581);
-    EXPECT_EQ(video->MP()->Balance(), 0);
-    release(m, knob - QPoint(18, 0));
 }
 
 }  // namespace
