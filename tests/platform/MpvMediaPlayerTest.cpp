@@ -115,8 +115,10 @@ TEST_F(MpvMediaPlayerTest, ASongPlaysThroughTheSoundServerInRealTime) {
     player.reset();
 }
 
-TEST_F(MpvMediaPlayerTest, VolumeAndBalanceReachMpv) {
+TEST_F(MpvMediaPlayerTest, VolumeBalanceAndPictureSizeReachMpv) {
+    QWidget widget;
     MpvMediaPlayer& mp = make();
+    mp.setVideoWidget(&widget);
     // mpv comes with the first file, and takes the volume set before it.
     EXPECT_FALSE(mp.isValid());
     mp.setVolume(-5000);
@@ -145,12 +147,8 @@ TEST_F(MpvMediaPlayerTest, VolumeAndBalanceReachMpv) {
     // At the centre the chain is empty again.
     mp.setBalance(0);
     EXPECT_EQ(mp.mpvProperty("af"), "");
-}
 
-TEST_F(MpvMediaPlayerTest, PictureSizeSizesTheVideoWidget) {
-    QWidget widget;
-    MpvMediaPlayer& mp = make();
-    mp.setVideoWidget(&widget);
+    // A picture's size sizes the video widget.
     ASSERT_EQ(mp.setFileName("av://lavfi:testsrc=size=320x240:rate=25:duration=2"), 0);
     mp.Play();
     ASSERT_TRUE(Clock::get().wait(10000, [&] { return mp.ImageSourceWidth() > 0; }));
