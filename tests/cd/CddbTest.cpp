@@ -112,7 +112,6 @@ TEST_F(CddbTest, TheWindowPlaysTheDiscAndTellsItsIdTrackAndTime) {
     QStringList words;
     QObject::connect(cd, &CdBase::ModeChange, [&](const QString& w) { words << w; });
     const auto tick = [this] { clock().advance(600); };
-    EXPECT_EQ(window->windowTitle(), "Cantovel - CDDB Access Player");
     tick();
     window->mnuClose->trigger();
     EXPECT_TRUE(window->mnuClose->isChecked());
@@ -123,7 +122,6 @@ TEST_F(CddbTest, TheWindowPlaysTheDiscAndTellsItsIdTrackAndTime) {
     EXPECT_EQ(cd->Mode(), MciDevice::mciModeNotOpen);
     ASSERT_EQ(msgBox().texts(), QStringList{"Disc ID:  0f001903"});
     EXPECT_EQ(msgBox().shown[0].title, "Cantovel - CDDB Disc Information:");
-    EXPECT_EQ(msgBox().shown[0].icon(), Mb::Information);
     EXPECT_EQ(cd->SongLength(2, false), 5);
     EXPECT_EQ(cd->SongLength(4, false), 0);
 

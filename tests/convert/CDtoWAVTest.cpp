@@ -104,7 +104,6 @@ TEST_F(CDtoWAVTest, NothingIsConvertedWithoutAudioTracksOrAFileName) {
                            "correct CD is in your drive before proceeding.",
                            "You must select the audio track(s) you wish to convert before "
                            "proceeding."}));
-    EXPECT_EQ(msgBox().shown[0].style, Mb::Exclamation | Mb::SetForeground);
     EXPECT_TRUE(dialogs->calls.isEmpty());
 
     // A cancelled save dialog keeps the stored folder.
@@ -113,7 +112,6 @@ TEST_F(CDtoWAVTest, NothingIsConvertedWithoutAudioTracksOrAFileName) {
     f.CopyTracks1->trigger();
     ASSERT_EQ(dialogs->calls.size(), 1);
     const FileDialogRequest& r = dialogs->calls[0].request;
-    EXPECT_EQ(dialogs->calls[0].kind, DialogCall::Save);
     EXPECT_EQ(r.title, "Select the Folder and Enter the Filename for the Output WAV File...");
     EXPECT_EQ(r.fileName + "|" + r.filter + "|" + r.initDir, "track|WAV Files|*.wav|/music/cd");
     EXPECT_EQ(ReadAppSetting(kOutputDirectory, {}), "/music/cd");
@@ -184,7 +182,6 @@ TEST_F(CDtoWAVTest, CancellingByTheButtonOrTheFrameSaysSoAndLeavesThePartialFile
     };
     convertTo(f, tempDir() + QStringLiteral("/cut.wav"));
     EXPECT_EQ(msgBox().texts(), QStringList{"CD to WAV conversion has been cancelled."});
-    EXPECT_EQ(msgBox().shown[0].style, Mb::Information | Mb::SetForeground);
     EXPECT_EQ(shown, QStringList({"Copying Track 01", "CD to WAV conversion cancelled."}));
     EXPECT_EQ(reader(f).calls.filter("CopyTrack").size(), 1);
     EXPECT_TRUE(reader(f).calls.contains("StopCopy"));
