@@ -294,7 +294,6 @@ TEST_F(CDtoMP3Test, ATrackTheDiscCannotReadIsToldAndBecomesNoMp3) {
     EXPECT_EQ(convert(0), QStringList{});
     EXPECT_EQ(w.windowTitle(), kComplete);
     const Mp3Info mp3 = decodeMp3(out() + QStringLiteral("/Track1.mp3"));
-    ASSERT_TRUE(mp3.ok);
     EXPECT_EQ(mp3.channels, 2);
     EXPECT_NEAR(double(mp3.samples) / mp3.rate, 1.0, 0.01);
     EXPECT_GT(mp3.rms, 0.1);
