@@ -24,7 +24,7 @@ class CDReaderTest : public AppTest {
     void SetUp() override {
         AppTest::SetUp();
         env.set("CANTOVEL_AO", QByteArray("null"));
-        drives = std::make_shared<ImageDrives>();
+        auto drives = std::make_shared<ImageDrives>();
         Components::provideService<CdDrives>(drives);
         image = DiscImage::build(tempDir(), {300, 225}).cuePath();
         ASSERT_FALSE(image.isEmpty());
@@ -37,7 +37,6 @@ class CDReaderTest : public AppTest {
     }
 
     ScopedEnv env;
-    std::shared_ptr<ImageDrives> drives;
     QString image;
     std::unique_ptr<CdioCDReader> reader;
 };
