@@ -62,18 +62,14 @@ struct Decoder : Run<Mpg123Mp3Decoder> {
     }
 };
 
-class Mp3CodecsTest : public ::testing::Test {
-  protected:
-    QString path(const QString& name) const { return dir.filePath(name); }
-    QTemporaryDir dir;
-};
-
 }  // namespace
 
 // A WAV of any sample format encodes with its sound intact at the chosen bit rate, at the
 // MPEG rate nearest above its own (the resampler fills in), and decodes back to a 16-bit WAV
 // of its length. Plain 16-bit CD sound and the down-mix are run by the conversion windows.
-TEST_F(Mp3CodecsTest, AWavEncodesAndDecodesBackWholeAndAFolderThatHasGoneIsAFailedWrite) {
+TEST(Mp3Codecs, AWavEncodesAndDecodesBackWholeAndAFolderThatHasGoneIsAFailedWrite) {
+    QTemporaryDir dir;
+    const auto path = [&](const QString& name) { return dir.filePath(name); };
     const struct {
         int format, rate, channels, kbps, mp3Rate;
     } cases[] = {{SF_FORMAT_WAV | SF_FORMAT_PCM_32, 96000, 2, 192, 48000},
