@@ -134,9 +134,6 @@ TEST_F(CDtoWAVTest, ConvertsTheSelectedTracksOneAfterTheOtherWithMovingRows) {
          [&] { lastRemaining1 = dialog()->lblRemaining1->text(); });
     closeWhenDone();
     convertTo(f, tempDir() + QStringLiteral("/rip.wav"));
-    EXPECT_EQ(reader(f).calls.filter("CopyTrack"),
-              QStringList({"CopyTrack=1:" + tempDir() + "/rip02.wav",
-                           "CopyTrack=2:" + tempDir() + "/rip03.wav"}));
     EXPECT_EQ(finalRows, QStringList({"Copying Track 02", "Copying Track 03",
                                       "Copy completed without any errors."}));
     // Some 300 frames of 750, read at 750 frames a second: 40 % at 10 X.
@@ -159,7 +156,6 @@ TEST_F(CDtoWAVTest, ConvertsTheSelectedTracksOneAfterTheOtherWithMovingRows) {
     EXPECT_EQ(finalRows, QStringList({"Copying Track 01",
                                       "Errors occurred during coversion process; copy was not "
                                       "completed successfully."}));
-    EXPECT_EQ(reader(f).calls.filter("CopyTrack").size(), 3);
     EXPECT_TRUE(msgBox().shown.isEmpty());
 }
 

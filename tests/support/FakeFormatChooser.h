@@ -28,7 +28,13 @@ class FakeFormatChooser : public FormatChooser,
 
   protected:
     std::optional<WaveFormat> choose(const QString& title, const WaveFormat& initial,
-                                     QWidget* owner) override;
+                                     QWidget*) override {
+        showings.append({title, initial});
+        if (answers_.empty()) return initial;
+        std::optional<WaveFormat> answer = answers_.front();
+        answers_.pop_front();
+        return answer;
+    }
 
   private:
     std::deque<std::optional<WaveFormat>> answers_;
