@@ -23,12 +23,6 @@ namespace {
 
 class HandOffTest : public AppTest {
   protected:
-    void SetUp() override {
-        AppTest::SetUp();
-        Components::provideService<Mixer>(std::make_shared<FakeMixer>());
-        Components::provideService<Shell>(std::make_shared<FakeShell>());
-        FakeMediaPlayer::install();
-    }
     void TearDown() override {
         unloadTheProgram();
         AppTest::TearDown();
@@ -48,6 +42,9 @@ class HandOffTest : public AppTest {
 
 // Two starts over the real link, in one process: the second hands over and ends.
 TEST_F(HandOffTest, ThroughTheRealLinkAHandOffStartsTheFirstAndLaterOnesPlayInItOrRestoreIt) {
+    Components::provideService<Mixer>(std::make_shared<FakeMixer>());
+    Components::provideService<Shell>(std::make_shared<FakeShell>());
+    FakeMediaPlayer::install();
     // A link folder of its own: other programs' tests on this machine use the shared one.
     const QString folder = tempDir() + "/link";
     Components::provideFactory<InstanceLink>(

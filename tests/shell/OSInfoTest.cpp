@@ -17,14 +17,12 @@ using namespace cantovel;
 
 namespace {
 
-class OSInfoTest : public test::AppTest {
-  protected:
-    COSInfo info;
-};
+class OSInfoTest : public test::AppTest {};
 
 }  // namespace
 
 TEST_F(OSInfoTest, AnswersComeFromTheSystemAndTheStore) {
+    COSInfo info;
     static const QRegularExpression guid(
         "^\\{[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}\\}$");
     EXPECT_TRUE(guid.match(info.GUID()).hasMatch()) << info.GUID().toStdString();

@@ -4,31 +4,23 @@
 
 #include "platform/Components.h"
 #include "shell/CShellExecute.h"
-#include "support/FakeMsgBox.h"
+#include "support/AppTest.h"
 #include "support/FakeShell.h"
 
 using namespace cantovel;
 
 namespace {
 
-class ShellExecuteTest : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        Components::provideService<Shell>(shell);
-        Components::provideService<MsgBox>(boxes);
-    }
-    void TearDown() override { Components::clear(); }
-
-    std::shared_ptr<test::FakeShell> shell = std::make_shared<test::FakeShell>();
-    std::shared_ptr<test::FakeMsgBox> boxes = std::make_shared<test::FakeMsgBox>();
-    CShellExecute se;
-    long result = -1;
-    bool running = true;
-};
+class ShellExecuteTest : public test::AppTest {};
 
 }  // namespace
 
 TEST_F(ShellExecuteTest, LaunchesReachTheDesktopAndFailuresHaveTheirTexts) {
+    auto shell = std::make_shared<test::FakeShell>();
+    Components::provideService<Shell>(shell);
+    CShellExecute se;
+    long result = -1;
+    bool running = true;
     se.LaunchProgram(nullptr, "lame", "-h \"my song.wav\" out.mp3", "/music", 1, result);
     EXPECT_EQ(result, 42);
     ASSERT_EQ(shell->started.size(), 1);
@@ -67,7 +59,7 @@ TEST_F(ShellExecuteTest, LaunchesReachTheDesktopAndFailuresHaveTheirTexts) {
     se.PrintDocument(nullptr, "/nowhere/a.txt", result);
     EXPECT_EQ(result, 3);
     EXPECT_EQ(shell->printed, QStringList({"/nowhere/a.txt"}));
-    EXPECT_TRUE(boxes->shown.isEmpty());
+    EXPECT_TRUE(msgBox().shown.isEmpty());
 
     const long codes[] = {0, 11, 2, 3, 5, 27, 30, 29, 28, 31, 8, 32, 26, 1, -5, 33};
     const QStringList texts =
@@ -81,11 +73,10 @@ TEST_F(ShellExecuteTest, LaunchesReachTheDesktopAndFailuresHaveTheirTexts) {
         EXPECT_EQ(CShellExecute::ErrorText(codes[i]), texts[i]) << codes[i];
 
     // A failure inside a member shows its box.
-    Components::clear();
-    Components::provideService<MsgBox>(boxes);
+    Components::provideService<Shell>(std::shared_ptr<Shell>());
     se.LaunchURL(nullptr, "http://example.org", 1, result);
     EXPECT_EQ(result, 0);
-    ASSERT_EQ(boxes->shown.size(), 1);
-    EXPECT_EQ(boxes->shown[0].title, "LaunchURL");
-    EXPECT_TRUE(boxes->shown[0].text.startsWith("Error: 440. "));
+    ASSERT_EQ(msgBox().shown.size(), 1);
+    EXPECT_EQ(msgBox().shown[0].title, "LaunchURL");
+    EXPECT_TRUE(msgBox().shown[0].text.startsWith("Error: 440. "));
 }
