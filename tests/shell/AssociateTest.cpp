@@ -32,11 +32,6 @@ QString cr(const QString& key, const QString& name = {}) {
     return ReadRegValue(HKCR, key, name, QStringLiteral("<none>"));
 }
 
-QString readAll(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
-}
-
 // A store whose writes fail below one key.
 class FailingStore : public RegistryStore {
   public:
@@ -81,8 +76,10 @@ class AssociateTest : public AppTest {
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return window();
     }
-    QString entry(const QString& id = QStringLiteral("cantovel.desktop")) {
-        return readAll(DesktopAssociations::applicationsFolder() + u'/' + id);
+    // The program's own desktop entry.
+    QString entry() {
+        QFile f(DesktopAssociations::applicationsFolder() + "/cantovel.desktop");
+        return f.open(QIODevice::ReadOnly) ? QString::fromUtf8(f.readAll()) : QString();
     }
     ScopedEnv desktop_;
 };
