@@ -96,9 +96,7 @@ TEST_F(SkinTest, TheSettingsDialogShowsStoresAndLoadsTheChosenSkinAndDrive) {
     // Ok stores every choice, the drive too, and the title follows the extension switch.
     const QString dir = skinDir("blue");
     ASSERT_TRUE(writeBytes(dir + "/back.bmp", bmp(QSize(300, 175), Qt::blue)));
-    ASSERT_TRUE(writeBytes(dir + "/rollup.bmp", bmp(QSize(300, 38), Qt::darkGreen)));
     ASSERT_TRUE(writeBytes(dir + "/digits.bmp", bmp(QSize(100, 16), Qt::yellow)));
-    ASSERT_TRUE(writeBytes(dir + "/buttons.bmp", bmp(QSize(192, 18), Qt::cyan)));
     ASSERT_TRUE(writeBytes(dir + "/volume.bmp", bmp(QSize(32, 20), Qt::gray)));
     ASSERT_TRUE(writeBytes(dir + "/skin.ini",
                            "[Font]\r\nName=Courier\r\nSize=8.6pt\r\nItalic=True\r\nBold=1\r\n"
@@ -124,7 +122,6 @@ TEST_F(SkinTest, TheSettingsDialogShowsStoresAndLoadsTheChosenSkinAndDrive) {
     EXPECT_FALSE(IsFormLoaded("frmSettings"));
     EXPECT_TRUE(msgBox().shown.isEmpty());
     EXPECT_EQ(picture(m.Picture), solid(QSize(300, 175), Qt::blue));
-    EXPECT_EQ(picture(m.imgBack.picture), solid(QSize(300, 38), Qt::darkGreen));
     EXPECT_EQ(picture(m.clpDigits.GraphicCell(3)), solid(QSize(10, 16), Qt::yellow));
     EXPECT_EQ(picture(m.clpVolumeButtons.GraphicCell(3)), solid(QSize(16, 10), Qt::gray));
     for (int i = 0; i < 4; ++i) {
