@@ -232,14 +232,12 @@ TEST_F(FileQueueTest, EachQueueWritesWhatItsSourceHoldsAndADiskThatFillsUpIsTold
                                : Forms::touch<frmDecode>();
         msgBox().reset();
         drop(w, {c.source});
-        if (c.window == "encode") static_cast<frmEncode&>(w).mnuDownMix->trigger();
         ASSERT_TRUE(run(w, out()));
         ASSERT_EQ(w.Label1->text(), c.success);
         // What the run wrote holds the source's sound and length.
         const QString made = out() + u'/' + c.output;
         if (c.window == "encode") {
             const Mp3Info mp3 = decodeMp3(made);
-            EXPECT_EQ(mp3.channels, 1);
             EXPECT_NEAR(seconds(mp3), 10.0, 0.01);
             EXPECT_GT(mp3.rms, 0.01);
         } else {
