@@ -176,7 +176,8 @@ void frmMain::mnuPause() {
         } else if (mp) {
             mp->Play();
         }
-        Timer3.setEnabled(true);
+        // A CD's time runs on CDR_Timer, which Timer3's tick would stop.
+        if (!isAudioCD(ext)) Timer3.setEnabled(true);
     }
 }
 

@@ -1,6 +1,7 @@
 // The main window plays a track of a disc image through the real CD reader: opening
-// "Track02.cda" from the drive's folder plays that track with the time running, and a
-// track of an image whose BIN is shorter than its CUE says ends where the data ends.
+// "Track02.cda" from the drive's folder plays that track with the time running through a
+// pause, and a track of an image whose BIN is shorter than its CUE says ends where the data
+// ends.
 #include <gtest/gtest.h>
 
 #include <QFile>
@@ -57,6 +58,14 @@ TEST_F(CDReaderMainWindowTest, OpeningATrackFilePlaysItWithTheTimeRunningToTheEn
     // The time runs: the thumb leaves its start within two ticks.
     ASSERT_TRUE(Clock::get().wait(2500, [&] { return main->imgPlayProgress.rect.left() > 16; }));
     EXPECT_EQ(reader->CurrentTrack(), 2);
+    // A pause holds the place; the second press plays on from there, the time running again.
+    temp->mnuPause->trigger();
+    Clock::get().wait(100);
+    const qint64 held = CDReader::ToFrames(reader->Position());
+    Clock::get().wait(300);
+    EXPECT_NEAR(double(CDReader::ToFrames(reader->Position())), double(held), 2);
+    temp->mnuPause->trigger();
+    EXPECT_EQ(reader->DriveState(), CDReader::dsPlaying);
     // And the end of the track returns the window to idle.
     ASSERT_TRUE(Clock::get().wait(5000, [&] { return !main->CDR_Timer.isEnabled(); }));
     EXPECT_EQ(temp->mnuPlay->text(), "&Open...");
