@@ -162,6 +162,10 @@ TEST_F(CddbTest, TheWindowPlaysTheDiscAndTellsItsIdTrackAndTime) {
     window->mnuPlayTrack->trigger();
     window->mnuSetCurrentTrack->trigger();
     EXPECT_EQ(cd->Mode(), MciDevice::mciModePause);
+    // Play after a pause goes on in the track where it was.
+    window->mnuPlay->trigger();
+    EXPECT_EQ(cd->Mode(), MciDevice::mciModePlay);
+    EXPECT_EQ(cd->CurrentTrack(), 2);
     answer = "1.4";
     window->mnuSetCurrentTrack->trigger();
     EXPECT_EQ(asked.last(), "Enter Track Number|Cantovel CDDB Access Player|1");
