@@ -89,11 +89,4 @@ DiscImage DiscImage::buildSeconds(const QString& folder, const QList<int>& audio
     return build(folder, sectors, data, name);
 }
 
-QByteArray DiscImage::readBack(int track, int first, int count) const {
-    QFile bin(bin_);
-    if (!bin.open(QIODevice::ReadOnly)) return {};
-    bin.seek(qint64(startSector(track) + first) * kSectorBytes);
-    return bin.read(qint64(count) * kSectorBytes);
-}
-
 }  // namespace cantovel::test

@@ -29,21 +29,15 @@ class DiscImage {
     bool ok() const { return ok_; }
     QString cuePath() const { return cue_; }
     QString binPath() const { return bin_; }
-    int trackCount() const { return int(sectors_.size()); }
     // By track number, from 1.
     bool isAudio(int track) const { return track != dataTrack_; }
-    int dataTrack() const { return dataTrack_; }  // 0 when none
     int startSector(int track) const { return starts_.value(track - 1); }
-    int sectorCount(int track) const { return sectors_.value(track - 1); }
-    int leadOutSector() const { return starts_.isEmpty() ? 0 : starts_.last() + sectors_.last(); }
 
     // The known sample at `frame` (a stereo sample pair counted from the track's start) of
     // an audio track; channel 0 is left.
     static int16_t sample(int track, int64_t frame, int channel);
     // The bytes of `count` sectors of an audio track from its sector `first`, as on the disc.
     static QByteArray pcm(int track, int first, int count);
-    // The same, read back from the image.
-    QByteArray readBack(int track, int first, int count) const;
 
   private:
     bool ok_ = false;

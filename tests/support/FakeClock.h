@@ -21,7 +21,6 @@ class FakeClock : public Clock {
 
     // Moves time on by `ms`, firing every timer that falls due, in order.
     void advance(qint64 ms) { wait(int(ms), {}); }
-    void setSecondsSinceMidnight(double s) { midnightOffset_ = s - now_ / 1000.0; }
     // How many wait() calls ran, and the total virtual time they asked for.
     int waits = 0;
 

@@ -15,8 +15,6 @@ struct ShownBox {
     QString title;
     int icon() const { return Mb::iconOf(style); }
     int buttons() const { return Mb::buttonsOf(style); }
-    bool systemModal() const { return style & Mb::SystemModal; }
-    bool foreground() const { return style & Mb::SetForeground; }
 };
 
 class FakeMsgBox : public MsgBox {
