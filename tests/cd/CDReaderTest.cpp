@@ -68,6 +68,10 @@ TEST_F(CDReaderTest, AStoppedCopyKeepsItsPartAndADataTrackIsRefusedEachEndingOnc
     QObject::connect(reader.get(), &CDReader::CopyFinished, [&] { events << "finished"; });
     // The disc in the drive becomes one with a data track last.
     ASSERT_TRUE(DiscImage::build(tempDir(), {300, 225}, DiscImage::Data::Last).ok());
+    reader->setDeviceID(1);
+    reader->Open();  // of the one drive there is
+    EXPECT_EQ(reader->lastErrorDescription(), "There is no CD-ROM drive number 1.");
+    reader->setDeviceID(0);
     reader->Open();
     reader->setBlockCount(1);
     const QString part = tempDir() + QStringLiteral("/part.wav");

@@ -152,6 +152,7 @@ TEST_F(MprisTest, APanelSeesTheTrackAndItsCommandsAndSettingsReachThePlayerAndTh
     // Play after a stop plays the current file again.
     command("Play");
     EXPECT_EQ(property("PlaybackStatus").toString(), "Playing");
+    EXPECT_TRUE(property("CanPause").toBool());
     EXPECT_EQ(MP().fileName(), song);
 
     // An address handed over plays as a hand-off does; only local files are taken.

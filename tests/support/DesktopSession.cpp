@@ -133,8 +133,4 @@ QString desktopSessionMissing() {
     return missing;
 }
 
-QString desktopDisplay() {
-    return missing.isEmpty() ? display : QString();
-}
-
 }  // namespace cantovel::test

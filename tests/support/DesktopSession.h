@@ -20,9 +20,6 @@ void startRequestedDesktopSession();
 // Empty when the session is up, else one line saying why it is not.
 QString desktopSessionMissing();
 
-// The display the session runs on (":N"), empty without one.
-QString desktopDisplay();
-
 }  // namespace cantovel::test
 
 // Skips the calling test, saying why, where no X server or window manager could be had.
