@@ -24,31 +24,7 @@ namespace {
 
 const bool desktop = requestDesktopSession();
 
-QByteArray field(const char* text, int size) {
-    QByteArray f(text);
-    f.resize(size, ' ');
-    return f;
-}
-
 class CommandsTest : public PlayerTest {};
-
-TEST_F(CommandsTest, CtrlMAndTheFileMenuShowTheTagOfTheLoadedMp3) {
-    const QByteArray tag = "TAG" + field("Night Drive", 30) + field("The Loopbacks", 30) +
-                           field("Interfaces", 30) + "1999" + field("first take", 30) + char(17);
-    const QString song = file("Night.mp3", QByteArray(4000, '\x55') + tag);
-    FakeMediaPlayer::setLength(song, 10);
-    openByDialog(song);
-    ASSERT_EQ(main->CurrentFile, song);
-
-    const QString shown =
-        "Filename:  Night.mp3\r\nTrack Title:  Night Drive\r\nArtist:  The Loopbacks\r\n"
-        "Album:  Interfaces\r\nYear:  1999\r\nComment:  first take\r\nGenre: Rock";
-    QTest::keyClick(main, Qt::Key_M, Qt::ControlModifier);
-    EXPECT_EQ(msgBox().texts(), QStringList{shown});
-    msgBox().reset();
-    temp->mnuMP3Info->trigger();
-    EXPECT_EQ(msgBox().texts(), QStringList{shown});
-}
 
 TEST_F(CommandsTest, HelpSaysSoWhenNothingCanShowItsPage) {
     ScopedEnv env;

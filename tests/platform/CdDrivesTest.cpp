@@ -1,15 +1,12 @@
-// The CD drive layer and the CD audio device over libcdio, on disc images it opens as drives.
+// The CD drive layer over libcdio, on disc images it opens as drives.
 
 #include <QDir>
 #include <QFile>
 
-#include "cd/CdBase.h"
 #include "cd/CdTrackFolders.h"
 #include "platform/Components.h"
 #include "platform/cddrives/CdaFile.h"
 #include "platform/cddrives/LibcdioCdDrives.h"
-#include "platform/clock/QtClock.h"
-#include "platform/mci/CdioMciDevice.h"
 #include "support/AppTest.h"
 #include "support/DiscImage.h"
 #include "support/ScopedEnv.h"
@@ -72,49 +69,6 @@ TEST_F(CdDrivesTest, ImagesFromTheSettingsComeFirstAndEachDiscGivesACdaFilePerAu
     EXPECT_TRUE(drives.TrackFolder(second.Letter).isEmpty());
     EXPECT_TRUE(QDir(folder).entryList(QDir::Files).isEmpty());
     EXPECT_TRUE(drives.TrackFolder('Z').isEmpty());
-}
-
-// The CD audio device counts tracks in MSF from the lead-in, the last one frame short, and
-// plays from and to where it is told.
-TEST_F(CdDrivesTest, TheAudioDeviceGivesTracksInMsfAndPlayingMovesThePositionUntilAPause) {
-    env.set("CANTOVEL_AO", QByteArray("null"));
-    Components::provideService<Clock>(std::make_shared<QtClock>());
-    const DiscImage disc = DiscImage::buildSeconds(tempDir(), {20, 30, 10});
-    ASSERT_TRUE(disc.ok());
-    CdioMciDevice mci(disc.cuePath());
-    EXPECT_EQ(mci.Mode(), MciDevice::mciModeNotOpen);
-    EXPECT_EQ(mci.Tracks(), 0);
-    mci.setCommand("Open");
-    EXPECT_EQ(mci.Mode(), MciDevice::mciModeStop);
-    ASSERT_EQ(mci.Tracks(), 3);
-    mci.setTrack(1);
-    EXPECT_EQ(mci.TrackPosition(), FramesToMsf(150));
-    EXPECT_EQ(mci.TrackLength(), FramesToMsf(20 * 75));
-    mci.setTrack(3);
-    EXPECT_EQ(MsfToFrames(mci.TrackPosition()), 150 + 50 * 75);
-    EXPECT_EQ(MsfToFrames(mci.TrackLength()), 10 * 75 - 1);
-    EXPECT_EQ(mci.Position(), FramesToMsf(150));
-    mci.setCommand("Next");
-    EXPECT_EQ(MsfToFrames(mci.Position()), 150 + 20 * 75);
-
-    mci.setTrack(2);
-    mci.setFrom(mci.TrackPosition());
-    mci.setTo(FramesToMsf(MsfToFrames(mci.TrackPosition()) + 75 * 5));
-    mci.setCommand("Play");
-    EXPECT_EQ(mci.Mode(), MciDevice::mciModePlay);
-    Clock::get().wait(5000, [&] { return MsfToFrames(mci.Position()) > 150 + 20 * 75 + 30; });
-    const qint64 at = MsfToFrames(mci.Position());
-    EXPECT_GT(at, 150 + 20 * 75);
-    EXPECT_LT(at, 150 + 25 * 75);
-    mci.setCommand("Pause");
-    EXPECT_EQ(mci.Mode(), MciDevice::mciModePause);
-    mci.setCommand("Stop");
-    EXPECT_EQ(mci.Mode(), MciDevice::mciModeStop);
-    EXPECT_GE(MsfToFrames(mci.Position()), at);
-    mci.setCommand("Eject");
-    EXPECT_EQ(mci.Mode(), MciDevice::mciModeReady);
-    mci.setCommand("Close");
-    EXPECT_EQ(mci.Mode(), MciDevice::mciModeNotOpen);
 }
 
 }  // namespace
