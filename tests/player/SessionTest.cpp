@@ -35,6 +35,20 @@ TEST_F(SessionTest, AQueueEndsAfterItsLastEntryUnlessItLoopsAndALoopingFileStops
     EXPECT_EQ(temp->mnuPlay->text(), QStringLiteral("&Open..."));
     EXPECT_NE(AM()->PlayState(), MediaPlayer::mpPlaying);
 
+    // A stop given in the gap before a song is undone when the gap ends.
+    const QString c = media(QStringLiteral("c.mp3")), d = media(QStringLiteral("d.mp3"));
+    run({c, d});
+    Timer stopper(700);
+    QObject::connect(&stopper, &Timer::timeout, [&] {
+        stopper.setEnabled(false);
+        temp->mnuStop->trigger();
+    });
+    stopper.setEnabled(true);
+    AM()->playToEnd();
+    EXPECT_FALSE(stopper.isEnabled());
+    EXPECT_EQ(AM()->fileName(), d);
+    EXPECT_EQ(AM()->PlayState(), MediaPlayer::mpPlaying);
+
     setting("Playlist Loop", QStringLiteral("True"));
     run({a, b});
     AM()->playToEnd();
