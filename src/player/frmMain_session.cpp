@@ -86,8 +86,6 @@ void frmMain::MediaOpened(MediaPlayer& player) {
     QPointer<MediaPlayer> opened(&player);
     quietOtherPlayers(player);
     if (!opened) return;
-    // A stop asked for belonged to the file before: a looping file that opens now loops.
-    StopRequested = VFalse;
     MoveThumb(16);
     OpenComplete(long(Int(player.SelectionEnd())));
     Timer3.setEnabled(true);
