@@ -26,6 +26,17 @@ bool hasFrame(const QWidget* window) {
     const QWindow* handle = window->windowHandle();
     return window->isVisible() && handle && !handle->frameMargins().isNull();
 }
+// Asks `tick` every 20 ms while `window` lives, until it answers true.
+void poll(QWidget* window, std::function<bool()> tick) {
+    auto* timer = new QTimer(window);
+    timer->setInterval(20);
+    QObject::connect(timer, &QTimer::timeout, window, [timer, tick] {
+        if (!tick()) return;
+        timer->stop();
+        timer->deleteLater();
+    });
+    timer->start();
+}
 }  // namespace
 
 QRect OuterGeometry(const QWidget* window) {
@@ -85,22 +96,18 @@ void WhenFramed(QWidget* window, std::function<void()> then) {
     // The frame arrives with the window manager's answer to the mapping, in its own time
     // (long on a busy machine); Qt raises no event for it, so it is looked for. A window
     // that gets no frame (none wanted, or no manager) needs nothing done again.
-    auto* poll = new QTimer(window);
-    poll->setInterval(20);
     auto shownFor = std::make_shared<QElapsedTimer>();
     auto waited = std::make_shared<QElapsedTimer>();
     waited->start();
-    QObject::connect(poll, &QTimer::timeout, window, [window, poll, then, shownFor, waited] {
+    poll(window, [window, then, shownFor, waited] {
         if (window->isVisible() && !shownFor->isValid()) shownFor->start();
         const bool framed = hasFrame(window);
         const bool gaveUp =
             (shownFor->isValid() && shownFor->elapsed() > 10000) || waited->elapsed() > 60000;
-        if (!framed && !gaveUp) return;
-        poll->stop();
-        poll->deleteLater();
+        if (!framed && !gaveUp) return false;
         if (framed) then();
+        return true;
     });
-    poll->start();
 }
 
 void MoveOuter(QWidget* window, QPoint outer) {
@@ -113,26 +120,21 @@ void MoveOuter(QWidget* window, QPoint outer) {
         // The frame's edges can be known before the window manager's last word on where the
         // inside stands; one correction then read a stale place and the inside settled on
         // `outer` after it. So the place is looked at until it has held for a while.
-        auto* settle = new QTimer(guard);
-        settle->setInterval(20);
         auto ticks = std::make_shared<int>(0), held = std::make_shared<int>(0);
-        QObject::connect(settle, &QTimer::timeout, guard, [guard, settle, outer, ticks, held] {
+        poll(guard, [guard, outer, ticks, held] {
             // Not over a place the user or a maximise has given the window meanwhile.
             const bool placedElsewhere =
                 guard->windowState() &
                 (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen);
             const QRect now = OuterGeometry(guard);
-            if (placedElsewhere || ++*ticks > 100 || (now.topLeft() == outer && ++*held > 10)) {
-                settle->stop();
-                settle->deleteLater();
-                return;
-            }
+            if (placedElsewhere || ++*ticks > 100 || (now.topLeft() == outer && ++*held > 10))
+                return true;
             if (now.topLeft() != outer) {
                 *held = 0;
                 SetOuterGeometry(guard, QRect(outer, now.size()));
             }
+            return false;
         });
-        settle->start();
     });
 }
 
